@@ -62,6 +62,10 @@ std::string FoldLower(std::string_view name) {
     return folded;
 }
 
+bool FoldsTo(std::string_view name, std::string_view folded) {
+    return name == folded || (!IsAscii(name) && FoldName(name) == folded);
+}
+
 bool IsAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char byte) { return (byte & 0x80) == 0; });
 }

@@ -21,6 +21,9 @@ namespace tavrel::core::script {
 // As FoldName, then ASCII capitals lowered: recognises contextual words.
 [[nodiscard]] std::string FoldLower(std::string_view name);
 
+// Whether a name, as written, folds to `folded`.
+[[nodiscard]] bool FoldsTo(std::string_view name, std::string_view folded);
+
 // True when every byte is ASCII, so that a name is its own fold.
 [[nodiscard]] bool IsAscii(std::string_view text);
 

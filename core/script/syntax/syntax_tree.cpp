@@ -12,10 +12,16 @@ std::span<const Entry> Run(const std::vector<Entry>& pool, IndexList list) {
 
 }  // namespace
 
-std::span<const std::int32_t> Unit::Indices(IndexList list) const { return Run(indices, list); }
+std::span<const std::int32_t> Unit::Indices(IndexList list) const {
+    return Run(indices, list);
+}
 
-std::span<const std::string_view> Unit::Labels(IndexList list) const { return Run(labels, list); }
+std::span<const std::string_view> Unit::Labels(IndexList list) const {
+    return Run(labels, list);
+}
 
-std::span<const Branch> Unit::Branches(IndexList list) const { return Run(branches, list); }
+std::span<const Branch> Unit::Branches(IndexList list) const {
+    return Run(branches, list);
+}
 
 }  // namespace tavrel::core::script

@@ -81,18 +81,18 @@ struct Branch {
 // One node for all kinds of statement; a kind uses only some of the fields.
 struct Stmt {
     StmtKind kind = StmtKind::Expression;
-    bool hasElse = false;       // a "senao" stood there, so an empty elseBody is told from none
+    bool hasElse = false;  // a "senao" stood there, so an empty elseBody is told from none
     Span span;
-    std::string_view name;      // the variable of Declare, For and ForEach
-    std::int32_t type = -1;     // Declare: into types
-    std::int32_t value = -1;    // into exprs: initial value, assigned value, condition, collection, subject, result
-    std::int32_t target = -1;   // Assign: into exprs
-    std::int32_t from = -1;     // For: into exprs
-    std::int32_t to = -1;       // For: into exprs
-    std::int32_t step = -1;     // For: into exprs; -1 when not written
-    IndexList branches;         // If and Switch, in Unit::branches
-    IndexList body;             // loops, in Unit::indices
-    IndexList elseBody;         // If and Switch, in Unit::indices
+    std::string_view name;     // the variable of Declare, For and ForEach
+    std::int32_t type = -1;    // Declare: into types
+    std::int32_t value = -1;   // into exprs: initial value, assigned value, condition, collection, subject, result
+    std::int32_t target = -1;  // Assign: into exprs
+    std::int32_t from = -1;    // For: into exprs
+    std::int32_t to = -1;      // For: into exprs
+    std::int32_t step = -1;    // For: into exprs; -1 when not written
+    IndexList branches;        // If and Switch, in Unit::branches
+    IndexList body;            // loops, in Unit::indices
+    IndexList elseBody;        // If and Switch, in Unit::indices
 };
 
 // A type as written.
@@ -197,10 +197,10 @@ struct Unit {
     std::vector<Expr> exprs;
     std::vector<Stmt> stmts;
     std::vector<TypeRef> types;
-    std::vector<std::int32_t> indices;       // pool of all lists of expressions and statements
-    std::vector<std::string_view> labels;    // pool of argument labels, empty for an argument without one
-    std::vector<Branch> branches;            // pool of branches
-    std::forward_list<std::string> literals; // values of text literals with escapes
+    std::vector<std::int32_t> indices;        // pool of all lists of expressions and statements
+    std::vector<std::string_view> labels;     // pool of argument labels, empty for an argument without one
+    std::vector<Branch> branches;             // pool of branches
+    std::forward_list<std::string> literals;  // values of text literals with escapes
 
     Unit() = default;
     Unit(const Unit&) = delete;

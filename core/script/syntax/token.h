@@ -38,6 +38,8 @@ struct TokenList {
 [[nodiscard]] const char* Describe(Tok kind);
 
 // True for the twelve words that begin a written type.
-[[nodiscard]] constexpr bool IsTypeWord(Tok kind) { return kind >= Tok::Inteiro && kind <= Tok::Dicionario; }
+[[nodiscard]] constexpr bool IsTypeWord(Tok kind) {
+    return kind >= Tok::Inteiro && kind <= Tok::Dicionario;
+}
 
 }  // namespace tavrel::core::script

@@ -1,0 +1,137 @@
+// A compiled program: one plain value that holds everything the runtime, the state writer and the digest need, and
+// nothing of the syntax tree. All references inside it are indices into its own vectors. The compiler fills it; after
+// a clean compile nothing changes it, and any number of machines may run it by const reference.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/script/program/kinds.h"
+#include "core/script/program/type_table.h"
+#include "core/script/source/source_file.h"
+#include "core/sha256.h"
+
+namespace tavrel::core::script {
+
+enum class Op : std::uint8_t {
+#define TAVREL_OP(name, number, operands) name = number,
+#include "core/script/program/op.def"
+#undef TAVREL_OP
+};
+inline constexpr int OpCount = 60;
+
+enum class Native : std::uint16_t {
+#define TAVREL_NATIVE(name, number, text) name = number,
+#include "core/script/program/native.def"
+#undef TAVREL_NATIVE
+    Count = 68,  // one past the last; fails when called
+};
+
+// One operation. An operand that it does not use is 0; jumps hold the absolute index of their target in `c`.
+struct Instruction {
+    std::uint8_t op = 0;
+    std::uint8_t a = 0;
+    std::uint16_t b = 0;
+    std::uint32_t c = 0;
+};
+
+struct Function {
+    std::string name;
+    std::int32_t params = 0;           // arguments on the stack, the instance of a behaviour included
+    std::int32_t locals = 0;           // the greatest number of slots live at once, arguments included
+    std::int32_t returnType = 1;       // into types; 1 for no result
+    std::vector<Instruction> code;     // always ends with a Return
+    std::vector<std::uint32_t> spans;  // source offset of each instruction
+    std::int32_t file = 0;             // into Program::sources
+};
+
+struct GlobalInfo {
+    std::string name;
+    std::int32_t type = 0;
+    GlobalCategory category = GlobalCategory::Constant;
+    bool published = false;
+};
+
+// A record value has one field for each entry, in this order.
+struct RecordInfo {
+    std::string name;
+    std::vector<std::string> fieldNames;
+    std::vector<std::int32_t> fieldTypes;
+    std::int32_t behaviour = -1;
+};
+
+// A member's number is its index here.
+struct EnumInfo {
+    std::string name;
+    std::vector<std::string> members;
+};
+
+// An action with no bindings is a command.
+struct ActionInfo {
+    std::string name;
+    std::vector<Binding> bindings;
+};
+
+struct EventInfo {
+    std::string name;
+    std::int32_t type = 0;          // of the payload
+    std::int32_t countGlobal = -1;  // into globals, as the two below
+    std::int32_t valueGlobal = -1;
+    std::int32_t seenGlobal = -1;
+};
+
+struct BehaviourInfo {
+    BehaviourInfo() { hooks.fill(-1); }
+
+    std::string name;
+    std::vector<std::string> fieldNames;  // "eu", "meu_corpo", parameters, state, visual, map-derived fields
+    std::vector<std::int32_t> fieldTypes;
+    std::vector<GlobalCategory> fieldCategories;
+    std::vector<bool> fieldPublished;  // "publico" or "privado"
+    std::vector<bool> fieldPrivate;    // "privado"
+    std::int32_t ownerField = -1;      // the field "dono" of type inteiro
+    std::int32_t parameterCount = 0;
+    std::int32_t stateFirst = 0;
+    std::int32_t stateCount = 0;
+    std::int32_t record = -1;                   // into records: the instance record
+    std::array<std::int32_t, HookCount> hooks;  // into functions, by HookKind
+    std::int32_t initializer = -1;              // into functions; takes the instance
+};
+
+struct Program {
+    Program();
+
+    std::string name;                 // of the main script's module
+    std::vector<SourceFile> sources;  // in unit order
+    std::vector<Function> functions;
+    std::vector<GlobalInfo> globals;
+    std::vector<RecordInfo> records;  // of the world, of the script, then the instance record of each behaviour
+    std::vector<EnumInfo> enums;
+    std::vector<ActionInfo> actions;
+    std::vector<EventInfo> events;
+    std::vector<BehaviourInfo> behaviours;
+    std::vector<std::int64_t> integers;                        // pool of PushInt
+    std::vector<std::string> texts;                            // pool of PushText and Raise
+    std::array<std::int32_t, HookCount> hooks;                 // into functions, by HookKind; -1 for none
+    std::array<std::int32_t, ReservedFunctionCount> reserved;  // into functions, by ReservedFunction; -1 for none
+    std::int32_t initializer = -1;                             // the function that computes the initial values
+    std::string progressKey;                                   // file extension of the saved progress; may be empty
+    TypeTable types;
+    Digest digest{};  // zero until a clean compile
+
+    // Whether any instruction calls that native.
+    [[nodiscard]] bool Calls(Native native) const;
+};
+
+// The name of an operation; "?" for a number that is none.
+[[nodiscard]] const char* OpName(Op op);
+
+// Which operands an operation uses, as letters of "abc".
+[[nodiscard]] const char* OpOperands(Op op);
+
+// The script name of a native; "?" for a number that is none.
+[[nodiscard]] const char* NativeName(Native native);
+
+}  // namespace tavrel::core::script

@@ -1,0 +1,97 @@
+#include "core/script/program/type_table.h"
+
+#include <utility>
+
+namespace tavrel::core::script {
+
+namespace {
+
+constexpr const char* BuiltInWords[] = {"?",      "nada",   "inteiro", "real",   "logico", "texto",
+                                        "vetor2", "vetor3", "cor",     "objeto", "corpo",  "som"};
+static_assert(std::size(BuiltInWords) == static_cast<std::size_t>(SoundType) + 1);
+
+}  // namespace
+
+TypeTable::TypeTable() {
+    for (std::size_t kind = 0; kind < std::size(BuiltInWords); ++kind) {
+        TypeInfo entry;
+        entry.kind = static_cast<Kind>(kind);
+        entry.name = BuiltInWords[kind];
+        entries.push_back(std::move(entry));
+    }
+}
+
+const TypeInfo& TypeTable::At(std::int32_t id) const {
+    bool known = id >= 0 && static_cast<std::size_t>(id) < entries.size();
+    return entries[known ? static_cast<std::size_t>(id) : 0];
+}
+
+bool TypeTable::Comparable(std::int32_t id) const {
+    switch (KindOf(id)) {
+        case Kind::Int:
+        case Kind::Real:
+        case Kind::Bool:
+        case Kind::Text:
+        case Kind::Object:
+        case Kind::Body:
+        case Kind::Sound:
+        case Kind::Enum: return true;
+        default: return false;
+    }
+}
+
+bool TypeTable::Ordered(std::int32_t id) const {
+    Kind kind = KindOf(id);
+    return kind == Kind::Int || kind == Kind::Real || kind == Kind::Text;
+}
+
+bool TypeTable::Reference(std::int32_t id) const {
+    Kind kind = KindOf(id);
+    return kind == Kind::Text || kind == Kind::List || kind == Kind::Dict || kind == Kind::Record;
+}
+
+std::string TypeTable::Name(std::int32_t id) const {
+    std::string name;
+    // A key is comparable and so has a plain name: only the element nests, and a loop follows it.
+    const TypeInfo* type = &At(id);
+    while (type->kind == Kind::List || type->kind == Kind::Dict) {
+        name += type->kind == Kind::List ? "lista de " : "dicionario de " + At(type->key).name + " para ";
+        type = &At(type->element);
+    }
+    return name + type->name;
+}
+
+std::size_t TypeTable::KeyHash::operator()(const Key& key) const {
+    std::uint64_t bits = static_cast<std::uint64_t>(static_cast<std::uint32_t>(key.first)) << 32 |
+                         static_cast<std::uint32_t>(key.second);
+    bits = (bits ^ static_cast<std::uint64_t>(key.kind) << 59) * 0x9E3779B97F4A7C15u;
+    return static_cast<std::size_t>(bits ^ bits >> 32);
+}
+
+std::int32_t TypeTable::Intern(const Key& key, TypeInfo entry) {
+    auto [place, isNew] = ids.try_emplace(key, static_cast<std::int32_t>(entries.size()));
+    if (isNew) entries.push_back(std::move(entry));
+    return place->second;
+}
+
+std::int32_t TypeTable::List(std::int32_t element) {
+    return Intern({Kind::List, 0, element}, {.kind = Kind::List, .element = element, .name = {}});
+}
+
+std::int32_t TypeTable::Dict(std::int32_t key, std::int32_t value) {
+    return Intern({Kind::Dict, key, value}, {.kind = Kind::Dict, .element = value, .key = key, .name = {}});
+}
+
+std::int32_t TypeTable::Record(std::int32_t index, const std::string& name) {
+    return Intern({Kind::Record, index, 0}, {.kind = Kind::Record, .index = index, .name = name});
+}
+
+std::int32_t TypeTable::Enum(std::int32_t index, const std::string& name) {
+    return Intern({Kind::Enum, index, 0}, {.kind = Kind::Enum, .index = index, .name = name});
+}
+
+std::int32_t TypeTable::Space(std::int32_t index, const std::string& name) {
+    return Intern({Kind::Space, index, 0}, {.kind = Kind::Space, .space = index, .name = name});
+}
+
+}  // namespace tavrel::core::script

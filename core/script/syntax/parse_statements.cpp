@@ -1,0 +1,249 @@
+#include "core/script/syntax/legacy_words.h"
+#include "core/script/syntax/parser.h"
+
+namespace tavrel::core::script {
+
+namespace {
+
+Stmt MakeStmt(StmtKind kind, Span span) {
+    Stmt stmt;
+    stmt.kind = kind;
+    stmt.span = span;
+    return stmt;
+}
+
+}  // namespace
+
+std::int32_t Parser::ParseStatement() {
+    if (!Enter()) return AddExpression(AddPlaceholder());
+    const std::int32_t stmt = ParseStatementByWord();
+    Leave();
+    return stmt;
+}
+
+std::int32_t Parser::ParseStatementByWord() {
+    switch (Current().kind) {
+        case Tok::Se: return ParseIf();
+        case Tok::Enquanto: return ParseWhile();
+        case Tok::Para: return ParseLoop();
+        case Tok::Escolha: return ParseSwitch();
+        case Tok::Pare: return ParseJump(StmtKind::Break);
+        case Tok::Continue: return ParseJump(StmtKind::Continue);
+        case Tok::Retorne: return ParseReturn();
+        default: return CheckVariable() ? ParseDeclare() : ParseAssignOrExpression();
+    }
+}
+
+// The statements up to the word that closes the block, which is left for the caller. A statement that takes no token
+// loses its line, so that every input comes to an end.
+IndexList Parser::ParseBlock() {
+    const Mark mark = pending.size();
+    for (;;) {
+        SkipNewlines();
+        if (Check(Tok::Senao) || Check(Tok::Fim) || Check(Tok::Caso) || Check(Tok::End)) break;
+        const std::size_t before = position;
+        pending.push_back(ParseStatement());
+        if (position != before) continue;
+        RecoverLine();
+        if (Check(Tok::End)) break;
+    }
+    return CloseIndices(mark);
+}
+
+IndexList Parser::ParseIfBody() {
+    if (Match(Tok::Newline)) return ParseBlock();
+    const bool wasSingleLine = singleLine;
+    singleLine = true;
+    const IndexList body = ParseLineBody();
+    singleLine = wasSingleLine;
+    return body;
+}
+
+// A body on the line of its head. A statement that ends its line takes the line end with it, and the body goes on.
+IndexList Parser::ParseLineBody() {
+    const Mark mark = pending.size();
+    std::size_t before = position;
+    do {
+        if (Check(Tok::Senao) || Check(Tok::Fim) || CheckLineEnd()) break;
+        before = position;
+        pending.push_back(ParseStatement());
+    } while (position != before);
+    return CloseIndices(mark);
+}
+
+std::int32_t Parser::ParseDeclare() {
+    Stmt stmt = MakeStmt(StmtKind::Declare, Here());
+    stmt.name = Current().text;
+    Advance();
+    Advance();
+    stmt.type = ParseType();
+    if (Match(Tok::Assign)) stmt.value = ParseOr();
+    RaiseEnd(stmt.span);
+    EndOfLine();
+    return Add(stmt);
+}
+
+std::int32_t Parser::ParseIf() {
+    Stmt stmt = MakeStmt(StmtKind::If, Here());
+    const Mark mark = pendingBranches.size();
+    Advance();
+    pendingBranches.push_back(ParseIfBranch());
+    while (Check(Tok::Senao) && CheckAhead(1, Tok::Se)) {
+        Advance();
+        Advance();
+        pendingBranches.push_back(ParseIfBranch());
+    }
+    stmt.hasElse = Match(Tok::Senao);
+    if (stmt.hasElse) stmt.elseBody = ParseIfBody();
+    ExpectEnd("se");
+    stmt.branches = Close(pendingBranches, mark, unit->branches);
+    return Add(stmt);
+}
+
+Branch Parser::ParseIfBranch() {
+    Branch branch;
+    branch.span = Here();
+    branch.condition = ParseOr();
+    Match(Tok::Entao);
+    branch.body = ParseIfBody();
+    return branch;
+}
+
+std::int32_t Parser::ParseWhile() {
+    Stmt stmt = MakeStmt(StmtKind::While, Here());
+    Advance();
+    stmt.value = ParseOr();
+    ParseLoopBody(stmt, "enquanto");
+    return Add(stmt);
+}
+
+std::int32_t Parser::ParseLoop() {
+    Stmt stmt = MakeStmt(StmtKind::For, Here());
+    Advance();
+    if (MatchWord("cada")) stmt.kind = StmtKind::ForEach;
+    stmt.name = ExpectName("o nome da variavel do laco");
+    if (stmt.kind == StmtKind::ForEach) {
+        ParseForEach(stmt);
+    } else {
+        ParseFor(stmt);
+    }
+    return Add(stmt);
+}
+
+void Parser::ParseForEach(Stmt& stmt) {
+    if (!MatchWord("em")) {
+        Error(Here(), "depois do nome vem \"em\" e a colecao", "por exemplo: para cada item em lista");
+    }
+    stmt.value = ParseOr();
+    ParseLoopBody(stmt, "para cada");
+}
+
+void Parser::ParseFor(Stmt& stmt) {
+    if (!MatchWord("de")) {
+        Error(Here(), "depois do nome vem \"de\", o primeiro valor, \"ate\" e o ultimo",
+              "por exemplo: para i de 1 ate 10");
+    }
+    stmt.from = ParseOr();
+    if (!MatchWord("ate")) Error(Here(), "faltou \"ate\" e o ultimo valor do laco");
+    stmt.to = ParseOr();
+    if (MatchWord("passo")) stmt.step = ParseOr();
+    ParseLoopBody(stmt, "para");
+}
+
+void Parser::ParseLoopBody(Stmt& stmt, const char* what) {
+    EndOfLine();
+    ++loopDepth;
+    stmt.body = ParseBlock();
+    --loopDepth;
+    ExpectEnd(what);
+}
+
+std::int32_t Parser::ParseSwitch() {
+    Stmt stmt = MakeStmt(StmtKind::Switch, Here());
+    Advance();
+    stmt.value = ParseOr();
+    EndOfLine();
+    SkipNewlines();
+    const Mark mark = pendingBranches.size();
+    while (Check(Tok::Caso)) {
+        pendingBranches.push_back(ParseCase());
+        SkipNewlines();
+    }
+    if (pendingBranches.size() == mark) Error(stmt.span, "um \"escolha\" precisa de pelo menos um \"caso\"");
+    stmt.hasElse = Match(Tok::Senao);
+    if (stmt.hasElse) {
+        EndOfLine();
+        stmt.elseBody = ParseBlock();
+    }
+    ExpectEnd("escolha");
+    stmt.branches = Close(pendingBranches, mark, unit->branches);
+    return Add(stmt);
+}
+
+Branch Parser::ParseCase() {
+    Branch branch;
+    branch.span = Here();
+    Advance();
+    const Mark mark = pending.size();
+    do {
+        pending.push_back(ParseOr());
+    } while (Match(Tok::Comma));
+    branch.values = CloseIndices(mark);
+    EndOfLine();
+    branch.body = ParseBlock();
+    return branch;
+}
+
+std::int32_t Parser::ParseJump(StmtKind kind) {
+    const Span word = Here();
+    Advance();
+    if (loopDepth == 0) {
+        Error(word, kind == StmtKind::Break ? "\"pare\" so vale dentro de um laco"
+                                            : "\"continue\" so vale dentro de um laco");
+    }
+    EndOfLine();
+    return Add(MakeStmt(kind, word));
+}
+
+std::int32_t Parser::ParseReturn() {
+    Stmt stmt = MakeStmt(StmtKind::Return, Here());
+    Advance();
+    if (!CheckLineEnd()) stmt.value = ParseOr();
+    EndOfLine();
+    return Add(stmt);
+}
+
+std::int32_t Parser::ParseAssignOrExpression() {
+    const std::int32_t expr = ParseOr();
+    if (!Match(Tok::Assign)) {
+        FinishExpression(expr);
+        return AddExpression(expr);
+    }
+    const std::int32_t value = ParseOr();
+    Stmt stmt = MakeStmt(StmtKind::Assign, SpanOf(expr));
+    stmt.span.end = std::max(stmt.span.end, SpanOf(value).end);
+    stmt.target = expr;
+    stmt.value = value;
+    EndOfLine();
+    return Add(stmt);
+}
+
+// Only a call does something on a line of its own.
+void Parser::FinishExpression(std::int32_t expr) {
+    const Expr& line = unit->exprs[static_cast<std::size_t>(expr)];
+    if (line.kind != ExprKind::Call && CanReport()) {
+        std::string hint;
+        if (line.kind == ExprKind::Name) hint = LegacyHint(line.text);
+        if (line.kind == ExprKind::Name && hint.empty()) hint = "para atribuir, escreva \"nome = valor\"";
+        Error(line.span, "esta linha nao faz nada", hint);
+    }
+    EndOfLine();
+}
+
+std::int32_t Parser::AddExpression(std::int32_t expr) {
+    Stmt stmt = MakeStmt(StmtKind::Expression, SpanOf(expr));
+    stmt.value = expr;
+    return Add(stmt);
+}
+
+}  // namespace tavrel::core::script

@@ -1,0 +1,207 @@
+// The recursive-descent parser behind Parse and ParseTypeText, cut by construct over the parse_*.cpp files. It reads
+// the tokens of one file and appends to a Unit that its caller owns; one object lives for one call.
+//
+// Frames count here: a level of nesting in the source is about ten calls, and the smallest stack has to hold
+// MaxNesting levels. So the functions that recurse keep few locals, and messages are built in parser.cpp, where the
+// compiler cannot draw the building into them.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/script/source/diagnostics.h"
+#include "core/script/syntax/parse.h"
+#include "core/script/syntax/syntax_tree.h"
+#include "core/script/syntax/token.h"
+
+namespace tavrel::core::script {
+
+class Parser {
+public:
+    // The tokens are those of `target.source` and end in Newline, End.
+    Parser(Diagnostics& reports, Unit& target, std::vector<Token> stream);
+
+    // The whole file, from its "modulo" line on.
+    void ParseModule();
+
+    // One written type. The result indexes Unit::types and is good even where no type could be read.
+    std::int32_t ParseType();
+
+    // Steps over line ends; true when nothing stands behind them.
+    [[nodiscard]] bool FinishFile();
+
+private:
+    // Where a list under construction starts on one of the scratch stacks below.
+    using Mark = std::size_t;
+
+    // Looking at tokens. Every look is clamped to the last one, the End.
+    [[nodiscard]] const Token& Current() const { return tokens[position]; }
+    [[nodiscard]] const Token& Ahead(std::size_t count) const {
+        return tokens[std::min(position + count, tokens.size() - 1)];
+    }
+    [[nodiscard]] Span Here() const { return Current().span; }
+    [[nodiscard]] bool Check(Tok kind) const { return Current().kind == kind; }
+    [[nodiscard]] bool CheckAhead(std::size_t count, Tok kind) const { return Ahead(count).kind == kind; }
+    // A contextual word: a name that means something in one place, in any case and with any accents.
+    [[nodiscard]] bool CheckWord(std::string_view word, std::size_t ahead = 0) const;
+    // The "nome:" that begins a variable.
+    [[nodiscard]] bool CheckVariable() const { return Check(Tok::Name) && CheckAhead(1, Tok::Colon); }
+    [[nodiscard]] bool CheckLineEnd() const { return Check(Tok::Newline) || Check(Tok::End); }
+
+    // Moving on. The End is never passed.
+    void Advance() {
+        if (position + 1 < tokens.size()) ++position;
+    }
+    bool Match(Tok kind) {
+        const bool matches = Check(kind);
+        if (matches) Advance();
+        return matches;
+    }
+    bool MatchWord(std::string_view word);
+    void SkipNewlines();
+    void RecoverLine();
+
+    // The end of a statement's or declaration's line; anything else there is reported and skipped.
+    void EndOfLine();
+    // The "fim" of the block that messages call `what`, and its line end. Skips nothing where it is missing.
+    void ExpectEnd(std::string_view what);
+    // True, past the token, when it has the kind; else reports that `what` was expected and skips nothing.
+    bool Expect(Tok kind, const char* what);
+    // The text of a name, past it; else reports and gives an empty text.
+    std::string_view ExpectName(const char* what);
+
+    // Reporting. Nothing is built for a report that would be dropped.
+    [[nodiscard]] bool CanReport() const { return !silenced && !diagnostics->Full(); }
+    void Error(Span span, std::string_view message, std::string_view hint = {});
+    void ErrorExpected(const char* what, std::string_view hint = {});
+    [[nodiscard]] std::string NameHint() const;
+
+    // One more level of nesting, to be left with Leave. False, with the file given up, when there are too many.
+    bool Enter();
+    void Leave() { --depth; }
+
+    // Growing the tree.
+    [[nodiscard]] static std::int32_t CountOf(std::size_t size) { return static_cast<std::int32_t>(size); }
+    std::int32_t Add(const Expr& expr);
+    std::int32_t Add(const Stmt& stmt);
+    std::int32_t Add(TypeRef type);
+    [[nodiscard]] Span SpanOf(std::int32_t expr) const { return unit->exprs[static_cast<std::size_t>(expr)].span; }
+    void RaiseEnd(Span& span) const { span.end = std::max(span.end, Here().end); }
+    // Moves what stands above `mark` on a scratch stack to the end of a pool.
+    template <class Entry>
+    [[nodiscard]] static IndexList Close(std::vector<Entry>& scratch, Mark mark, std::vector<Entry>& pool) {
+        const IndexList list{CountOf(pool.size()), CountOf(scratch.size() - mark)};
+        pool.insert(pool.end(), scratch.begin() + static_cast<std::ptrdiff_t>(mark), scratch.end());
+        scratch.resize(mark);
+        return list;
+    }
+    [[nodiscard]] IndexList CloseIndices(Mark mark) { return Close(pending, mark, unit->indices); }
+
+    // parse_types.cpp
+    std::int32_t ParseListType();
+    std::int32_t ParseDictionaryType();
+    std::int32_t ParseSimpleType();
+    std::int32_t ParseInnerType(Span& outer);
+    void ParseParams(std::vector<Param>& params);
+
+    // parse_expressions.cpp; each of the levels, from the loosest to the tightest, gives an index into Unit::exprs
+    std::int32_t ParseOr();
+    std::int32_t ParseAnd();
+    std::int32_t ParseNot();
+    std::int32_t ParseComparison();
+    std::int32_t ParseSum();
+    std::int32_t ParseProduct();
+    std::int32_t ParseUnary();
+    std::int32_t ParsePostfix();
+    std::int32_t ParsePrimary();
+    std::int32_t ParseLiteral(ExprKind kind);
+    std::int32_t ParseParentheses();
+    std::int32_t ParseTypeWord();
+    std::int32_t ParseMissingValue();
+    std::int32_t ParseBrackets();
+    void ParseElements(Expr& list, std::int32_t first);
+    void ParseEntries(Expr& dictionary, std::int32_t firstKey);
+    std::int32_t ParseField(std::int32_t base);
+    std::int32_t ParseIndex(std::int32_t base);
+    std::int32_t ParseCall(std::int32_t callee);
+    std::int32_t ParseConversion();
+    void ParseArguments(Expr& call);
+    std::string_view ParseLabel();
+    std::int32_t AddPair(ExprKind kind, Tok op, std::int32_t left, std::int32_t right);
+    std::int32_t AddUnary(Span op, Tok kind, std::int32_t operand);
+    std::int32_t AddPlaceholder();
+
+    // parse_statements.cpp; an index into Unit::stmts, or a list of them
+    std::int32_t ParseStatement();
+    std::int32_t ParseStatementByWord();
+    IndexList ParseBlock();
+    IndexList ParseIfBody();
+    IndexList ParseLineBody();
+    std::int32_t ParseDeclare();
+    std::int32_t ParseIf();
+    Branch ParseIfBranch();
+    std::int32_t ParseWhile();
+    std::int32_t ParseLoop();
+    void ParseForEach(Stmt& stmt);
+    void ParseFor(Stmt& stmt);
+    void ParseLoopBody(Stmt& stmt, const char* what);
+    std::int32_t ParseSwitch();
+    Branch ParseCase();
+    std::int32_t ParseJump(StmtKind kind);
+    std::int32_t ParseReturn();
+    std::int32_t ParseAssignOrExpression();
+    void FinishExpression(std::int32_t expr);
+    std::int32_t AddExpression(std::int32_t expr);
+
+    // parse_declarations.cpp
+    void ParseDeclarations(Section& section, bool inBehaviour);
+    void ParseDeclaration(Section& section, bool inBehaviour);
+    void ParseNamedDeclaration(Section& section, bool inBehaviour);
+    void ParseFunction(Section& section);
+    bool ParseReturnType(FunctionDecl& function);
+    void ParseConstant(Section& section);
+    void ParseRecord(bool inBehaviour);
+    void ParseEnum(bool inBehaviour);
+    void ParseBehaviour(bool inBehaviour);
+    void ParseImport(bool inBehaviour);
+    void ParseStateBlock(Section& section);
+    void ParseExtension(Section& section);
+    void ParseFields(std::vector<VarDecl>& fields, Tok block);
+    void ParseVisibility(VarDecl& field, Tok block);
+    void ParseAction(bool inBehaviour);
+    Binding ParseBinding();
+    void ParseEvent(bool inBehaviour);
+    void ParseParameter(Section& section, bool inBehaviour);
+    void ParseVariable(VarDecl& variable);
+    void ParseTypeAndValue(VarDecl& variable);
+
+    // parse_hooks.cpp
+    [[nodiscard]] bool CheckHook() const;
+    void ParseHook(Section& section, bool inBehaviour);
+    bool ParseHookHead(HookKind& kind);
+    bool ParsePeriodicHead(HookKind& kind);
+    bool ParseEventHead(HookKind& kind);
+    void CheckHookPlace(const HookDecl& hook, bool inBehaviour);
+    void ReportSecondHook(const Section& section, const HookDecl& hook);
+
+    Diagnostics* diagnostics;
+    Unit* unit;
+    std::vector<Token> tokens;
+    std::size_t position = 0;
+    std::int32_t loopDepth = 0;  // loops open around the current statement
+    bool singleLine = false;     // a body on the line of its "se" or "senao" is being read
+    bool silenced = false;       // nested too deep: the rest is not read and nothing more is reported
+    std::int32_t depth = 0;      // levels of nesting open at the current token
+
+    // Lists under construction. A list inside another one is closed first, so each is a run at the top of its stack
+    // and goes to the Unit's pool in one piece.
+    std::vector<std::int32_t> pending;
+    std::vector<std::string_view> pendingLabels;
+    std::vector<Branch> pendingBranches;
+};
+
+}  // namespace tavrel::core::script

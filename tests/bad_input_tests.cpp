@@ -1,0 +1,343 @@
+// Whatever stands in a file, the tool answers with ordinary reports: no crash on the smallest main stack that we run
+// on, no hang, no wrong position, and no cascade of reports from one fault.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tests/hostile_scripts.h"
+#include "tests/process.h"
+#include "tests/temporary_folder.h"
+
+namespace tavrel::tests {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_literals;
+
+constexpr bool Sanitized = TAVREL_SANITIZED != 0;
+
+// Sanitizers make the tool many times slower and its frames larger, so they get a smaller load and the usual stack.
+constexpr int Load(int size) {
+    return Sanitized ? size / 20 : size;
+}
+constexpr ProcessLimits Limits = Sanitized ? ProcessLimits{300, 0} : ProcessLimits{20, 1024 * 1024};
+
+int CountReports(const std::string& text) {
+    int count = 0;
+    for (std::size_t at = text.find(": erro: "); at != std::string::npos; at = text.find(": erro: ", at + 1)) ++count;
+    return count;
+}
+
+Finished CheckIn(const fs::path& folder, const std::vector<std::string>& args) {
+    std::vector<std::string> line{"verificar"};
+    line.insert(line.end(), args.begin(), args.end());
+    return RunTool(line, folder, Limits);
+}
+
+Finished CheckText(const std::string& text) {
+    const TemporaryFolder folder;
+    WriteFile(folder.path / "m.tvl", text);
+    return CheckIn(folder.path, {"m.tvl"});
+}
+
+template <typename Row>
+std::string NameOf(const testing::TestParamInfo<Row>& info) {
+    return info.param.name;
+}
+
+// ---- any bytes at all ----
+
+struct BytesRow {
+    const char* name;
+    std::string text;
+    std::string reports;  // what comes on standard error before the closing line; empty for a good script
+};
+
+class AnyBytes : public testing::TestWithParam<BytesRow> {};
+
+TEST_P(AnyBytes, GetTheirReports) {
+    const Finished finished = CheckText(GetParam().text);
+    const std::string& reports = GetParam().reports;
+    EXPECT_EQ(finished.err, reports.empty() ? "" : reports + "1 de 1 arquivo(s) com erro\n");
+    EXPECT_EQ(finished.code, reports.empty() ? 0 : 1);
+}
+
+const BytesRow BytesRows[] = {
+    {"Empty", "", "m.tvl:1:1: erro: um script comeca com \"modulo <Nome>\"\n"},
+    {"OnlyMark", "\xEF\xBB\xBF", "m.tvl:1:1: erro: um script comeca com \"modulo <Nome>\"\n"},
+    {"Nul", "modulo M\n\0\n"s, "m.tvl:2:1: erro: \"\0\" nao e usado nesta linguagem\n"s},
+    {"NulInText", "modulo M\nconstante A = \"\0\"\n"s, ""},
+    {"BrokenUtf8InText", "modulo M\nconstante A = \"\xFF\xC3\"\n", ""},
+    {"BrokenUtf8InName", "modulo M\xC3\nconstante A\xFF = 1\n", ""},
+    {"ColumnsCountCharacters", "modulo M\nconstante Ação = \"ção\" @\n",
+     "m.tvl:2:24: erro: \"@\" nao e usado nesta linguagem\n"},
+    {"LoneCarriageReturn", "modulo M\rconstante A = 1\r",
+     "m.tvl:1:10: erro: esperava o fim da linha, e veio \"constante\"\n"},
+    {"NoLastLineFeed", "modulo M\nconstante A = 1", ""},
+    {"OpenQuotes", "modulo M\nconstante A = \"abc", "m.tvl:2:15: erro: faltou fechar as aspas deste texto\n"},
+    {"OpenQuotesBehindBackslash", "modulo M\nconstante A = \"abc\\",
+     "m.tvl:2:19: erro: \"\\\" nao e uma fuga conhecida\n  as fugas sao \\n, \\t, \\r, \\\" e \\\\\n"
+     "m.tvl:2:15: erro: faltou fechar as aspas deste texto\n"},
+    {"OpenBracket", "modulo M\nconstante A = (1", "m.tvl:2:17: erro: esperava \")\", e veio o fim da linha\n"},
+    {"OpenBlock", "modulo M\nfuncao f(): inteiro\n    retorne 1\n",
+     "m.tvl:4:1: erro: faltou \"fim\" para fechar funcao\n  o bloco de \"funcao\" precisa terminar com \"fim\"\n"},
+    {"Quotes", "modulo M\n" + Repeat("\"\n", 3),
+     "m.tvl:2:1: erro: faltou fechar as aspas deste texto\nm.tvl:3:1: erro: faltou fechar as aspas deste texto\n"
+     "m.tvl:4:1: erro: faltou fechar as aspas deste texto\n"
+     "m.tvl:2:1: erro: esperava uma declaracao, e veio um texto\n"
+     "m.tvl:3:1: erro: esperava uma declaracao, e veio um texto\n"
+     "m.tvl:4:1: erro: esperava uma declaracao, e veio um texto\n"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, AnyBytes, testing::ValuesIn(BytesRows), NameOf<BytesRow>);
+
+TEST(BadInput, ReportsStopAtTheirLimit) {
+    const Finished finished = CheckText("modulo M\n" + Repeat("@", Load(1'000'000)));
+    EXPECT_EQ(finished.code, 1);
+    EXPECT_EQ(CountReports(finished.err), 25);
+}
+
+TEST(BadInput, EveryByteIsRead) {
+    std::string text = "modulo M\n";
+    for (int byte = 0; byte < 256; ++byte) text += {static_cast<char>(byte), static_cast<char>(255 - byte)};
+    const Finished finished = CheckText(text);
+    EXPECT_EQ(finished.code, 1);
+    EXPECT_EQ(finished.signal, 0);
+}
+
+// ---- deep ----
+
+struct NestingRow {
+    const char* name;
+    std::function<std::string(int)> make;  // nests this many levels
+};
+
+class Nesting : public testing::TestWithParam<NestingRow> {};
+
+TEST_P(Nesting, IsReportedOnce) {
+    const Finished finished = CheckText(GetParam().make(Load(1'000'000)));
+    EXPECT_EQ(finished.signal, 0);
+    EXPECT_EQ(finished.code, 1);
+    EXPECT_EQ(CountReports(finished.err), 1) << finished.err.substr(0, 2000);
+    EXPECT_NE(finished.err.find(": erro: o codigo esta aninhado demais: o limite e de 400 niveis\n"), std::string::npos)
+        << finished.err.substr(0, 2000);
+}
+
+TEST_P(Nesting, CompilesAtTwoHundredLevels) {
+    const Finished finished = CheckText(GetParam().make(200));
+    EXPECT_EQ(finished.err, "");
+    EXPECT_EQ(finished.code, 0);
+}
+
+std::string NestedList(int levels) {
+    return NestedValue(Repeat("lista de ", levels) + "inteiro", "[", "1", "]", levels);
+}
+std::string NestedDictionary(int levels) {
+    return NestedValue(Repeat("dicionario de inteiro para ", levels) + "inteiro", "[1: ", "1", "]", levels);
+}
+std::string NestedType(const std::string& word, int levels) {
+    return "modulo M\nx: " + Repeat(word, levels) + "inteiro\n";
+}
+
+const NestingRow NestingRows[] = {
+    {"Parentheses", [](int levels) { return NestedValue("inteiro", "(", "1", ")", levels); }},
+    {"Minus", [](int levels) { return NestedValue("inteiro", "-", "1", "", levels); }},
+    {"SpacedMinus", [](int levels) { return NestedValue("inteiro", "- (", "1", ")", levels / 2); }},
+    {"Not", [](int levels) { return NestedValue("logico", "nao ", "falso", "", levels); }},
+    {"Calls", [](int levels) { return NestedValue("inteiro", "abs(", "1", ")", levels); }},
+    {"Conversions", [](int levels) { return NestedValue("inteiro", "inteiro(", "1", ")", levels); }},
+    {"RightOperands", [](int levels) { return NestedValue("inteiro", "1 + (", "1", ")", levels); }},
+    {"Lists", NestedList},
+    {"Dictionaries", NestedDictionary},
+    {"ListTypes", [](int levels) { return NestedType("lista de ", levels); }},
+    {"DictionaryTypes", [](int levels) { return NestedType("dicionario de inteiro para ", levels); }},
+    {"If", [](int levels) { return NestedStatement("se a\n", "fim\n", levels); }},
+    {"IfOnOneLine", [](int levels) { return NestedStatement("se a ", "fim ", levels); }},
+    {"IfInElse", [](int levels) { return NestedStatement("se a\nsenao\n", "fim\n", levels); }},
+    {"While", [](int levels) { return NestedStatement("enquanto a\n", "fim\n", levels); }},
+    {"For", [](int levels) { return NestedStatement("para i de 1 ate 2\n", "fim\n", levels); }},
+    {"Switch", [](int levels) { return NestedStatement("escolha n\ncaso 1\n", "fim\n", levels); }},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, Nesting, testing::ValuesIn(NestingRows), NameOf<NestingRow>);
+
+TEST(BadInput, NestingThatNeverClosesIsReportedOnce) {
+    for (const char* open : {"(", "[", "f(", "se a\n", "enquanto a\n"}) {
+        const std::string text = "modulo M\nprocedimento p(a: logico)\n" + Repeat(open, Load(1'000'000));
+        const Finished finished = CheckText(text);
+        EXPECT_EQ(finished.code, 1) << open;
+        EXPECT_EQ(CountReports(finished.err), 1) << open << "\n" << finished.err.substr(0, 2000);
+    }
+}
+
+// ---- long, wide ----
+
+struct SizeRow {
+    const char* name;
+    std::function<std::string()> make;
+    int reports;  // how many come out; -1 for at least one
+    std::string saying;
+};
+
+class Size : public testing::TestWithParam<SizeRow> {};
+
+TEST_P(Size, IsHandled) {
+    const Finished finished = CheckText(GetParam().make());
+    const std::string start = finished.err.substr(0, 2000);
+    EXPECT_EQ(finished.signal, 0);
+    EXPECT_EQ(finished.code, GetParam().reports == 0 ? 0 : 1) << start;
+    if (GetParam().reports >= 0) {
+        EXPECT_EQ(CountReports(finished.err), GetParam().reports) << start;
+    }
+    EXPECT_NE(finished.err.find(GetParam().saying), std::string::npos) << start;
+}
+
+const SizeRow SizeRows[] = {
+    {"Sum", [] { return LongSum("inteiro", "1", "+", Load(100'000)); }, 0, ""},
+    {"Product", [] { return LongSum("real", "1.5", "*", Load(100'000)); }, 0, ""},
+    {"Concatenation", [] { return LongSum("texto", "\"a\"", "+", Load(100'000)); }, 0, ""},
+    {"Logic", [] { return LongSum("logico", "falso", "ou", Load(100'000)); }, 0, ""},
+    {"FieldsAndIndices", [] { return LongChain("a", ".mais[0]", Load(100'000)); }, 0, ""},
+    {"CallsOfCalls", [] { return LongChain("no()", "()", Load(100'000)); }, -1, "isto nao e uma funcao"},
+    {"Branches", [] { return ManyBranches(Load(20'000)); }, 0, ""},
+    {"Functions", [] { return Numbered("funcao f#(a: inteiro): inteiro\nretorne a + #\nfim\n", Load(50'000)); }, 0, ""},
+    {"Ladder", [] { return CallLadder(Load(50'000)); }, 0, ""},
+    {"Constants", [] { return Numbered("constante A# = #\n", Load(100'000)); }, 0, ""},
+    {"Texts", [] { return Numbered("constante A# = \"#\"\n", Load(100'000)); }, 0, ""},
+    {"Records", [] { return Numbered("registro R#\na: lista de R#\nfim\n", Load(100'000)); }, 0, ""},
+    {"Actions", [] { return Numbered("acao a#\n", Load(100'000)); }, 0, ""},
+    {"Behaviours", [] { return Numbered("comportamento C#\nestado\nx: inteiro\nfim\nfim\n", Load(50'000)); }, 0, ""},
+    {"Undeclared", [] { return Numbered("constante A#: inteiro = b#\n", Load(100'000)); }, 25, "nao foi declarada"},
+    {"MissingImports", [] { return Numbered("importar \"x#\"\n", Load(100'000)); }, 25, "nao achei o arquivo"},
+    {"LongName", [] { return "modulo M\nconstante " + Repeat("a", Load(5'000'000)) + " = 1\n"; }, 0, ""},
+    {"LongText", [] { return "modulo M\nconstante A = \"" + Repeat("é", Load(5'000'000)) + "\"\n"; }, 0, ""},
+    {"LongLine", [] { return "modulo M\nconstante A = 1" + Repeat(" ", Load(5'000'000)) + "@\n"; }, 1, "nao e usado"},
+    {"TallList", [] { return TallList(250, Load(100'000) / 250); }, 0, ""},
+    {"LongList", [] { return TallList(Load(100'000), 0); }, 1, "uma lista escrita no codigo cabe ate 255 elementos"},
+    {"ManyParametersThatFit", [] { return WideCall(255, false); }, 0, ""},
+    {"TooManyParameters", [] { return WideCall(300, false); }, -1, "255"},
+    {"ParametersThatFitBesideTheInstance", [] { return WideCall(254, true); }, 0, ""},
+    {"TooManyParametersBesideTheInstance", [] { return WideCall(255, true); }, -1, "25"},
+    {"LastEnumOutOfReach", [] { return UseOfLastEnum(70'000); }, -1, "enumera"},
+    {"LastEnumInReach", [] { return UseOfLastEnum(65'000); }, 0, ""},
+    {"LoopOutOfReach", [] { return LoopBehindLocals(66'000); }, -1, "vari"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, Size, testing::ValuesIn(SizeRows), NameOf<SizeRow>);
+
+// ---- files that are not what their names say ----
+
+constexpr const char* NoSuchImport = "  ele fica em scripts/, com a extensao .tvl\n";
+
+std::string MissingImport(const std::string& name) {
+    return "m.tvl:2:10: erro: nao achei o arquivo \"" + name + "\"\n" + NoSuchImport + "1 de 1 arquivo(s) com erro\n";
+}
+
+TEST(BadInput, AnImportMustBeARegularFile) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder.path / "pasta.tvl");
+    fs::create_symlink("em_lugar_nenhum", folder.path / "solto.tvl");
+    fs::create_symlink("laco.tvl", folder.path / "laco.tvl");
+    fs::create_symlink("/dev/zero", folder.path / "zero.tvl");
+    ASSERT_EQ(mkfifo((folder.path / "cano.tvl").c_str(), 0600), 0);
+    WriteFile(folder.path / "b.tvl", "modulo B\n");
+    for (const std::string& name : {"pasta"s, "solto"s, "laco"s, "zero"s, "cano"s, "falta"s, "b.tvl"s, "b\0"s, ""s}) {
+        WriteFile(folder.path / "m.tvl", "modulo M\nimportar \"" + name + "\"\n");
+        const Finished finished = CheckIn(folder.path, {"m.tvl"});
+        EXPECT_EQ(finished.err, MissingImport(name));
+        EXPECT_EQ(finished.code, 1);
+    }
+    EXPECT_EQ(CheckIn(folder.path, {"."}).err.find("pasta"), std::string::npos);
+}
+
+TEST(BadInput, AnArgumentMustBeAScriptOrAFolder) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder.path / "pasta.tvl");
+    fs::create_symlink("em_lugar_nenhum", folder.path / "solto.tvl");
+    for (const char* name : {"solto.tvl", "falta.tvl", "", "/dev/null"}) {
+        const Finished finished = CheckIn(folder.path, {name});
+        EXPECT_EQ(finished.err, "erro: nao achei "s + name + "\n");
+        EXPECT_EQ(finished.code, 2);
+    }
+    EXPECT_EQ(CheckIn(folder.path, {"pasta.tvl"}).err, "erro: diga qual arquivo ou pasta\n");
+}
+
+TEST(BadInput, AFileThatCannotBeReadFailsAlone) {
+    const std::string unreadable = "/proc/self/mem";  // regular and open to its owner, but not from its start
+    if (!fs::is_regular_file(unreadable)) GTEST_SKIP() << "no such file here";
+    const TemporaryFolder folder;
+    WriteFile(folder.path / "m.tvl", "modulo M\n");
+    const Finished finished = CheckIn(folder.path, {unreadable, "m.tvl"});
+    EXPECT_EQ(finished.err, "erro: nao consegui ler " + unreadable + "\n1 de 2 arquivo(s) com erro\n");
+    EXPECT_EQ(finished.out.find("m.tvl: modulo M, "), 0u);
+    EXPECT_EQ(finished.code, 1);
+}
+
+TEST(BadInput, NamesNeedNotBeAscii) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder.path / "açúcar");
+    WriteFile(folder.path / "açúcar" / "pão.tvl", "modulo Pão\nimportar \"maçã\"\n");
+    WriteFile(folder.path / "açúcar" / "maçã.tvl", "modulo Maca\nconstante X = @\n");
+    const Finished finished = CheckIn(folder.path, {"açúcar/pão.tvl"});
+    EXPECT_EQ(finished.err,
+              "açúcar/maçã.tvl:2:15: erro: \"@\" nao e usado nesta linguagem\n"
+              "açúcar/maçã.tvl:2:15: erro: esperava um valor, e veio o fim da linha\n1 de 1 arquivo(s) com erro\n");
+}
+
+// A chain of files of which each imports the next; the last one imports `last`.
+void WriteImports(const fs::path& folder, int count, const std::string& last) {
+    for (int index = 0; index < count; ++index) {
+        const std::string next = index + 1 < count ? "f" + std::to_string(index + 1) : last;
+        WriteFile(folder / ("f" + std::to_string(index) + ".tvl"),
+                  "modulo F\n" + (next.empty() ? "" : "importar \"" + next + "\"\n"));
+    }
+}
+
+TEST(BadInput, ImportsMayFollowInALongChain) {
+    const TemporaryFolder folder;
+    WriteImports(folder.path, Load(5'000), "");
+    EXPECT_EQ(CheckIn(folder.path, {"f0.tvl"}).code, 0);
+}
+
+TEST(BadInput, ALongImportCycleIsReportedOnce) {
+    const TemporaryFolder folder;
+    WriteImports(folder.path, Load(5'000), "f0");
+    const Finished finished = CheckIn(folder.path, {"f0.tvl"});
+    EXPECT_EQ(finished.code, 1);
+    EXPECT_EQ(CountReports(finished.err), 1);
+    EXPECT_NE(finished.err.find("as importacoes fazem um ciclo: f0 -> f1 -> f2 -> "), std::string::npos);
+}
+
+// ---- too large for positions of 32 bits ----
+
+std::size_t AvailableMemory() {
+    std::ifstream info("/proc/meminfo");
+    for (std::string word; info >> word;) {
+        std::size_t kilobytes = 0;
+        if (word == "MemAvailable:" && info >> kilobytes) return kilobytes * 1024;
+    }
+    return 0;
+}
+
+TEST(BadInput, AFileAboveFourGigabytesIsReported) {
+    constexpr std::size_t Gigabyte = 1024UL * 1024 * 1024;
+    if (Sanitized || AvailableMemory() < 10 * Gigabyte) GTEST_SKIP() << "needs 10 GB of free memory";
+    const TemporaryFolder folder;
+    WriteFile(folder.path / "grande.tvl", "");
+    fs::resize_file(folder.path / "grande.tvl", 4 * Gigabyte + 1);
+    const Finished finished = RunTool({"verificar", "grande.tvl"}, folder.path, {100, 1024 * 1024});
+    EXPECT_EQ(finished.code, 1);
+    EXPECT_EQ(finished.err,
+              "grande.tvl:1:1: erro: o arquivo passa de 4 GiB, o maximo de um script\n1 de 1 arquivo(s) com erro\n");
+}
+
+}  // namespace
+
+}  // namespace tavrel::tests

@@ -1,0 +1,86 @@
+// Imports: what is loaded, in which order, and what is reported against which file.
+#include <gtest/gtest.h>
+
+#include "tests/core/script/compiler/compile_support.h"
+
+namespace tavrel::core::script {
+namespace {
+
+std::string Importing(const std::string& module, const std::vector<std::string>& imports) {
+    std::string text = "modulo " + module + "\n";
+    for (const std::string& name : imports) text += "importar \"" + name + "\"\n";
+    return text;
+}
+
+std::string SourceNames(const Program& program) {
+    std::string names;
+    for (const SourceFile& source : program.sources) names += source.name + " ";
+    return names;
+}
+
+TEST(Build, LoadsEachFileOnceInOrderOfFirstMention) {
+    Compiled compiled = CompileScript(Importing("A", {"b", "c", "b"}), {{"b", Importing("B", {"d"})},
+                                                                        {"c", Importing("C", {"d"})},
+                                                                        {"d", Importing("D", {})}});
+    EXPECT_TRUE(compiled.good) << compiled.reports;
+    EXPECT_EQ(SourceNames(compiled.program), "m.tvl b.tvl d.tvl c.tvl ");
+}
+
+TEST(Build, NamesThatFoldAlikeAreOneFile) {
+    Compiled compiled = CompileScript(Importing("A", {"ação", "acao"}), {{"ação", Importing("B", {})}});
+    EXPECT_TRUE(compiled.good) << compiled.reports;
+    EXPECT_EQ(compiled.program.sources.size(), 2U);
+}
+
+TEST(Build, ReportsCyclesWhereTheyClose) {
+    constexpr const char* Hint =
+        "  um arquivo importado nao pode importar, direta ou indiretamente, quem o importou\n";
+    EXPECT_EQ(CompileScript(Importing("A", {"m"})).reports,
+              std::string("m.tvl:2:10: erro: as importacoes fazem um ciclo: m -> m\n") + Hint);
+    EXPECT_EQ(CompileScript(Importing("A", {"b"}), {{"b", Importing("B", {"m"})}}).reports,
+              std::string("b.tvl:2:10: erro: as importacoes fazem um ciclo: m -> b -> m\n") + Hint);
+}
+
+TEST(Build, AMissingImportStopsNoOther) {
+    Compiled compiled = CompileScript(Importing("A", {"sumiu", "b"}), {{"b", "modulo B\nfim\n"}});
+    EXPECT_FALSE(compiled.good);
+    EXPECT_EQ(compiled.reports,
+              "m.tvl:2:10: erro: nao achei o arquivo \"sumiu\"\n"
+              "  ele fica em scripts/, com a extensao .tvl\n"
+              "b.tvl:2:1: erro: esperava uma declaracao, e veio \"fim\"\n");
+    EXPECT_TRUE(compiled.program.sources.empty());
+}
+
+TEST(Build, StopsLoadingWhenNothingMoreCanBeReported) {
+    std::string broken = "modulo B\n";
+    for (int i = 0; i < 30; ++i) broken += "fim\n";
+    int loads = 0;
+    auto loader = [&](const std::string& name, SourceFile& out) {
+        ++loads;
+        out = SourceFile(name + ".tvl", broken);
+        return true;
+    };
+    Diagnostics diagnostics;
+    Program program;
+    EXPECT_FALSE(
+        BuildWithImports(SourceFile("m.tvl", Importing("A", {"b", "c"})), loader, diagnostics, program, nullptr));
+    EXPECT_EQ(loads, 1);
+    EXPECT_EQ(diagnostics.items.size(), Diagnostics::Limit);
+}
+
+TEST(Build, OfAFixedListFollowsNoImports) {
+    Diagnostics diagnostics;
+    Program program;
+    EXPECT_FALSE(Build({}, diagnostics, program, nullptr));
+    EXPECT_EQ(diagnostics.Describe(), ":1:1: erro: nao ha nenhum arquivo de script para compilar\n");
+
+    Diagnostics none;
+    EXPECT_TRUE(Build({SourceFile("a.tvl", Importing("A", {"sumiu"}) + "constante X = 2\n"),
+                       SourceFile("b.tvl", "modulo B\nconstante Y = 1\n")},
+                      none, program, nullptr))
+        << none.Describe();
+    EXPECT_EQ(program.globals.size(), 2U);
+}
+
+}  // namespace
+}  // namespace tavrel::core::script

@@ -1,0 +1,59 @@
+#include "core/script/program/type_table.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace tavrel::core::script {
+namespace {
+
+TEST(TypeTable, InternsByWhatTellsTypesApart) {
+    TypeTable types;
+    std::int32_t list = types.List(IntType);
+    EXPECT_EQ(types.List(IntType), list);
+    std::int32_t textToReal = types.Dict(TextType, RealType);
+    std::int32_t realToText = types.Dict(RealType, TextType);
+    EXPECT_NE(textToReal, realToText);
+    EXPECT_EQ(types.Name(textToReal), "dicionario de texto para real");
+    EXPECT_EQ(types.Name(types.List(textToReal)), "lista de dicionario de texto para real");
+    EXPECT_NE(types.Record(0, "A"), types.Enum(0, "A"));
+    EXPECT_EQ(types.Record(0, "outro nome"), types.Record(0, "A"));
+    EXPECT_EQ(types.Name(types.Record(0, "")), "A");
+    EXPECT_NE(types.Space(0, "mapa"), types.Enum(0, "A"));
+}
+
+TEST(TypeTable, UnknownIdsReadAsTheFailedType) {
+    TypeTable types;
+    for (std::int32_t id : {-1, 12, 1000}) EXPECT_EQ(types.Name(id), "?") << id;
+}
+
+TEST(TypeTable, KindsAreWhatTheirRowsSay) {
+    TypeTable types;
+    types.List(IntType);
+    types.Dict(TextType, IntType);
+    types.Record(0, "R");
+    types.Enum(0, "E");
+    types.Space(0, "s");
+    std::string comparable;
+    std::string ordered;
+    std::string reference;
+    for (std::int32_t id = 0; id < static_cast<std::int32_t>(types.Size()); ++id) {
+        comparable += types.Comparable(id) ? '1' : '0';
+        ordered += types.Ordered(id) ? '1' : '0';
+        reference += types.Reference(id) ? '1' : '0';
+    }
+    EXPECT_EQ(comparable, "00111100011100010");
+    EXPECT_EQ(ordered, "00110100000000000");
+    EXPECT_EQ(reference, "00000100000011100");
+}
+
+// A name as deep as nested lists may get must not recurse.
+TEST(TypeTable, NamesDeepTypes) {
+    TypeTable types;
+    std::int32_t type = IntType;
+    for (int i = 0; i < 100000; ++i) type = types.List(type);
+    EXPECT_EQ(types.Name(type).size(), 100000 * 9 + 7);
+}
+
+}  // namespace
+}  // namespace tavrel::core::script

@@ -1,0 +1,21 @@
+#include "tests/temporary_folder.h"
+
+#include <stdlib.h>
+
+#include <string>
+#include <system_error>
+
+namespace tavrel::tests {
+
+TemporaryFolder::TemporaryFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "tavrel_XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) throw std::system_error(errno, std::generic_category(), name);
+    path = name;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code error;
+    std::filesystem::remove_all(path, error);
+}
+
+}  // namespace tavrel::tests

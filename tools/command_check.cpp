@@ -1,0 +1,60 @@
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <utility>
+
+#include "core/script/compiler/build.h"
+#include "core/sha256.h"
+#include "tools/arguments.h"
+#include "tools/commands.h"
+#include "tools/console.h"
+#include "tools/script_files.h"
+
+namespace tavrel::tools {
+
+namespace {
+
+using core::script::Diagnostics;
+using core::script::Program;
+using core::script::SourceFile;
+
+void PrintSummary(const std::string& name, const Program& program) {
+    Print(name + ": modulo " + program.name + ", " + std::to_string(program.functions.size()) + " funcao(oes), " +
+          std::to_string(program.globals.size()) + " variavel(is), resumo " + core::ToHex(program.digest) + "\n");
+}
+
+bool CheckFile(const std::filesystem::path& path) {
+    const std::string name = Shown(path);
+    std::string text;
+    if (!ReadText(path, text)) {
+        PrintError("erro: nao consegui ler " + name + "\n");
+        return false;
+    }
+    Program program;
+    Diagnostics diagnostics;
+    const bool built = core::script::BuildWithImports(SourceFile(name, std::move(text)), LoaderFor(path), diagnostics,
+                                                      program, &core::script::WorldApi());
+    if (!diagnostics.items.empty()) PrintError(diagnostics.Describe());
+    if (built) PrintSummary(name, program);
+    return built;
+}
+
+}  // namespace
+
+int CheckCommand(const std::vector<std::string>& args) {
+    FileArguments arguments;
+    if (!TakeFileArguments(args, false, arguments)) return RefusedExit;
+    std::int32_t failed = 0;
+    for (const std::filesystem::path& path : arguments.paths) {
+        if (!CheckFile(path)) ++failed;
+    }
+    const std::string count = std::to_string(arguments.paths.size());
+    if (failed > 0) {
+        PrintError(std::to_string(failed) + " de " + count + " arquivo(s) com erro\n");
+        return FailedExit;
+    }
+    Print(count + " arquivo(s) sem erro\n");
+    return GoodExit;
+}
+
+}  // namespace tavrel::tools

@@ -1,0 +1,16 @@
+#include "tools/console.h"
+
+#include <cstdio>
+
+namespace tavrel::tools {
+
+void Print(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+void PrintError(std::string_view text) {
+    std::fflush(stdout);
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+}  // namespace tavrel::tools

@@ -1,0 +1,15 @@
+// The only way out for text: standard output and standard error, as bytes. A text may hold any byte of a script, so
+// nothing here goes through a format.
+#pragma once
+
+#include <string_view>
+
+namespace tavrel::tools {
+
+// Results and good news.
+void Print(std::string_view text);
+
+// Faults and reports. What was printed before comes out first, so that both keep their order in one file.
+void PrintError(std::string_view text);
+
+}  // namespace tavrel::tools
