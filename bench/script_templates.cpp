@@ -208,7 +208,7 @@ funcao descrever_$n(item: Item$T): texto
     linha: texto = "$t: " + item.nome
     escolha item.tipo
         caso COMUM_$C
-            linha = linha + " ($t)"
+            linha = linha + " <$t>"
         caso RARO_$C, EPICO_$C
             linha = linha + formatar(" {} de {}", item.quantos, item.peso)
         senao
@@ -225,7 +225,7 @@ function descrever_$n(item)
     local linha = "$t: " .. item.nome
     local tipo = item.tipo
     if tipo == Tipo$T.COMUM then
-        linha = linha .. " ($t)"
+        linha = linha .. " <$t>"
     elseif tipo == Tipo$T.RARO or tipo == Tipo$T.EPICO then
         linha = linha .. formatar(" {} de {}", item.quantos, item.peso)
     else

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -46,11 +47,10 @@ constexpr std::string_view TokenTexts[] = {
 #undef TAVREL_TOKEN
 };
 
-// A keyword is spelled in messages as in a script, between quotes.
-constexpr std::string_view KeywordText(Tok kind) {
-    std::string_view quoted = TokenTexts[static_cast<std::size_t>(kind)];
-    return quoted.substr(1, quoted.size() - 2);
-}
+struct Keyword {
+    std::string_view word;  // empty in a free slot
+    Tok kind = Tok::Name;
+};
 
 // The factors were searched for: with them no two keywords share a slot, which the assertion below holds to.
 constexpr std::size_t KeywordSlots = 128;
@@ -60,21 +60,24 @@ constexpr std::size_t KeywordSlot(std::string_view word) {
     return (first * 19U + last * 14U + word.size()) % KeywordSlots;
 }
 
-constexpr std::array<Tok, KeywordSlots> MakeKeywords() {
-    std::array<Tok, KeywordSlots> slots{};
-    for (auto kind = static_cast<int>(Tok::Se); kind <= static_cast<int>(Tok::Dicionario); ++kind) {
-        slots[KeywordSlot(KeywordText(static_cast<Tok>(kind)))] = static_cast<Tok>(kind);
+constexpr std::array<Keyword, KeywordSlots> MakeKeywords() {
+    std::array<Keyword, KeywordSlots> keywords{};
+    for (auto kind = static_cast<std::size_t>(Tok::Se); kind < std::size(TokenTexts); ++kind) {
+        // Messages show a keyword as a script spells it, between quotes.
+        const std::string_view word = TokenTexts[kind].substr(1, TokenTexts[kind].size() - 2);
+        keywords[KeywordSlot(word)] = {word, static_cast<Tok>(kind)};
     }
-    return slots;
+    return keywords;
 }
 
-constexpr std::array<Tok, KeywordSlots> Keywords = MakeKeywords();
-static_assert(std::count(Keywords.begin(), Keywords.end(), Tok::End) == KeywordSlots - 40);
+constexpr std::array<Keyword, KeywordSlots> Keywords = MakeKeywords();
+static_assert(std::count_if(Keywords.begin(), Keywords.end(),
+                            [](const Keyword& slot) { return slot.kind != Tok::Name; }) == 40);
 
 // The keyword that `word` spells without accents, else Name.
 Tok KeywordOf(std::string_view word) {
-    Tok kind = Keywords[KeywordSlot(word)];
-    return kind != Tok::End && KeywordText(kind) == word ? kind : Tok::Name;
+    const Keyword& keyword = Keywords[KeywordSlot(word)];
+    return keyword.word == word ? keyword.kind : Tok::Name;
 }
 
 // The value of a digit below `radix`, or -1.
@@ -117,6 +120,7 @@ private:
     [[nodiscard]] bool LastIsNewline() const { return !list.tokens.empty() && list.tokens.back().kind == Tok::Newline; }
 
     void ReadNext();
+    void SkipBlanks();
     void ReadComment();
     void ReadLineFeed();
     void ReadWord();
@@ -145,9 +149,9 @@ private:
     TokenList list;
 };
 
-// Scripts have a token every four to six bytes. A large file grows the list by doubling instead, since it may as well
-// be one long comment.
-constexpr std::size_t BytesPerToken = 5;
+// Dense scripts have a token every four bytes, and room that is not used costs nothing. A large file grows the list by
+// doubling instead, since it may as well be one long comment.
+constexpr std::size_t BytesPerToken = 3;
 constexpr std::size_t MostReserved = 1U << 20U;
 
 TokenList Lexer::Run() {
@@ -160,7 +164,7 @@ TokenList Lexer::Run() {
 
 void Lexer::ReadNext() {
     switch (ClassOf(text[position])) {
-        case Class::Blank: ++position; break;
+        case Class::Blank: SkipBlanks(); break;
         case Class::LineFeed: ReadLineFeed(); break;
         case Class::Word: ReadWord(); break;
         case Class::Digit: ReadNumber(); break;
@@ -182,6 +186,13 @@ void Lexer::Report(std::size_t start, std::size_t end, std::string message, std:
     diagnostics.Add(source, span, std::move(message), std::move(hint));
 }
 
+// Most blanks come in runs, as indentation.
+void Lexer::SkipBlanks() {
+    const char* end = text + position + 1;
+    while (ClassOf(*end) == Class::Blank) ++end;
+    position = static_cast<std::size_t>(end - text);
+}
+
 void Lexer::ReadComment() {
     const std::size_t start = position;
     const void* lineFeed = std::memchr(text + start, '\n', size - start);
@@ -199,9 +210,10 @@ void Lexer::ReadLineFeed() {
 }
 
 void Lexer::ReadWord() {
-    const std::size_t start = position;
+    const char* end = text + position;
     char bits = 0;
-    for (; ClassOf(text[position]) <= Class::Digit; ++position) bits = static_cast<char>(bits | text[position]);
+    for (; ClassOf(*end) <= Class::Digit; ++end) bits = static_cast<char>(bits | *end);
+    const std::size_t start = std::exchange(position, static_cast<std::size_t>(end - text));
     const std::string_view word = View(start, position);
     const bool isAscii = (bits & 0x80) == 0;
     Append(isAscii ? KeywordOf(word) : KeywordOf(FoldName(word)), start, position).text = word;

@@ -207,7 +207,7 @@ TEST(Code, Literals) {
 14 StoreLocal 1
 15 Return
 )"});
-    ExpectCode({"q: R\ne: Cor\nt: texto = texto(e)\nx: vetor2 = vetor2(1, 2) * 2 - g", R"(0 NewRecord 6
+    ExpectCode({"q: R\nk: Cor\nt: texto = texto(k)\nx: vetor2 = vetor2(1, 2) * 2 - g", R"(0 NewRecord 6
 1 Dup
 2 PushInt 7
 3 FieldSet 1
