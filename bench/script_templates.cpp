@@ -356,7 +356,7 @@ procedimento atualizar_$n(passo: real)
         precos_$n["$t"] = nivel_$n * $d
     fim
     para cada item em filtrar_$n($i)
-        item.posicao = mover_$q(item.posicao, centro_$n, passo)
+        item.posicao = mover_$n(item.posicao, centro_$n, passo)
         precos_$n.definir(item.nome, precos_$n.obter(item.nome, 0) + $i)
         contagem_$n[item.tipo] = contagem_$n.obter(item.tipo, 0) + 1
     fim
@@ -376,7 +376,7 @@ function atualizar_$n(passo)
         precos_$n["$t"] = nivel_$n * $d
     end
     for _, item in ipairs(filtrar_$n($i)) do
-        item.posicao = mover_$q(item.posicao, centro_$n, passo)
+        item.posicao = mover_$n(item.posicao, centro_$n, passo)
         precos_$n[item.nome] = (precos_$n[item.nome] or 0) + $i
         contagem_$n[item.tipo] = (contagem_$n[item.tipo] or 0) + 1
     end

@@ -77,7 +77,7 @@ std::string WideCall(int params, bool inBehaviour) {
 }
 
 std::string CallLadder(int count) {
-    return Head + "estado\n    e: inteiro\nfim\nprocedimento f0()\n    e = 1\nfim\n" +
+    return Head + "estado\n    total: inteiro\nfim\nprocedimento f0()\n    total = 1\nfim\n" +
            Join(count, "",
                 [](const std::string& number) {
                     const std::string next = std::to_string(std::stoi(number) + 1);

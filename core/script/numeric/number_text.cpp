@@ -14,9 +14,9 @@ constexpr std::array<double, 23> ExactPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e
 constexpr int LargestExact = 22;
 
 constexpr double LargestFloat = 3.4028234663852886e38;
-constexpr int MantissaDigits = 19;      // as many as always fit 64 bits
+constexpr int MantissaDigits = 19;  // as many as always fit 64 bits
 constexpr int ExponentSaturation = 9999;
-constexpr int LargestPrecision = 8;     // one less than the most significant digits
+constexpr int LargestPrecision = 8;  // one less than the most significant digits
 constexpr int LowestExponent = -40;
 constexpr int HighestExponent = 40;
 constexpr int LowestPlainExponent = -5;  // from here to the highest, no "e" is written
@@ -118,15 +118,16 @@ int DecimalExponent(double value) {
 
 // `digits` is a number from 1 to 9.99 with its point left out, to be shown as that number * 10 ^ exponent.
 std::string Layout(const std::string& digits, int exponent) {
+    std::string text;
     if (exponent < LowestPlainExponent || exponent > HighestPlainExponent) {
-        std::string text = digits.substr(0, 1);
-        if (digits.size() > 1) text += "." + digits.substr(1);
-        return text + "e" + IntegerToText(exponent);
+        text.append(digits, 0, 1);
+        if (digits.size() > 1) text.append(".").append(digits, 1);
+        return text.append("e").append(IntegerToText(exponent));
     }
-    if (exponent < 0) return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
+    if (exponent < 0) return text.append("0.").append(static_cast<std::size_t>(-exponent - 1), '0').append(digits);
     const auto whole = static_cast<std::size_t>(exponent) + 1;
-    if (digits.size() <= whole) return digits + std::string(whole - digits.size(), '0');
-    return digits.substr(0, whole) + "." + digits.substr(whole);
+    if (digits.size() <= whole) return text.append(digits).append(whole - digits.size(), '0');
+    return text.append(digits, 0, whole).append(".").append(digits, whole);
 }
 
 // The text of a positive value at precision + 1 significant digits, given its decimal exponent.

@@ -8,8 +8,8 @@ namespace tavrel::core::script {
 namespace {
 
 constexpr std::array<const char*, HookCount> HookNames = {
-    "ao iniciar",    "ao carregar mapa", "ao reiniciar mapa", "ao interromper", "a cada tick", "a cada quadro",
-    "ao desenhar",   "camera",           "ao encerrar",       "ao nascer",      "ao tocar",    "ao soltar",
+    "ao iniciar",  "ao carregar mapa", "ao reiniciar mapa", "ao interromper", "a cada tick", "a cada quadro",
+    "ao desenhar", "camera",           "ao encerrar",       "ao nascer",      "ao tocar",    "ao soltar",
 };
 
 constexpr std::array<const char*, 5> CategoryNames = {"constante", "estado", "visual", "progresso", "derivado do mapa"};

@@ -17,7 +17,7 @@ std::string OperandInWords(const Program& program, Op op, std::uint32_t c) {
         case Op::PushReal: return RealToText(std::bit_cast<float>(c));
         case Op::PushText:
         case Op::Raise:
-            if (c < program.texts.size()) return "\"" + program.texts[c] + "\"";
+            if (c < program.texts.size()) return std::string("\"").append(program.texts[c]).append("\"");
             break;
         case Op::LoadGlobal:
         case Op::StoreGlobal:
@@ -41,9 +41,10 @@ std::string ListFunction(const Program& program, const Function& function) {
         Op op = static_cast<Op>(instruction.op);
         text += std::to_string(at) + " " + OpName(op);
         for (const char* operand = OpOperands(op); *operand != '\0'; ++operand) {
-            if (*operand == 'a') text += " " + std::to_string(instruction.a);
-            if (*operand == 'b') text += " " + std::to_string(instruction.b);
-            if (*operand == 'c') text += " " + OperandInWords(program, op, instruction.c);
+            text += ' ';
+            if (*operand == 'a') text += std::to_string(instruction.a);
+            if (*operand == 'b') text += std::to_string(instruction.b);
+            if (*operand == 'c') text += OperandInWords(program, op, instruction.c);
         }
         text += "\n";
     }

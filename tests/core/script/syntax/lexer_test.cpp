@@ -1,0 +1,150 @@
+#include "core/script/syntax/lexer.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+#include "core/script/numeric/number_text.h"
+#include "core/script/syntax/legacy_words.h"
+
+namespace tavrel::core::script {
+namespace {
+
+std::string TextOf(const Token& token) {
+    switch (token.kind) {
+        case Tok::End: return "end";
+        case Tok::Newline: return "nl";
+        case Tok::Name: return std::string(token.text);
+        case Tok::Comment: return "<" + std::string(token.text) + ">";
+        case Tok::TextLiteral: return "'" + std::string(token.text) + "'";
+        case Tok::IntegerLiteral: return IntegerToText(token.integer);
+        case Tok::RealLiteral: return RealToText(token.real) + "r";
+        default: return Describe(token.kind);
+    }
+}
+
+struct Lexed {
+    std::string tokens;  // one word each, without the last one, the end
+    std::string reports;
+};
+
+Lexed Lex(std::string text, bool keepComments = false) {
+    const SourceFile source("t", std::move(text));
+    Diagnostics diagnostics;
+    const TokenList list = Tokenize(source, diagnostics, keepComments);
+    Lexed lexed;
+    for (const Token& token : list.tokens) {
+        if (token.kind != Tok::End) lexed.tokens += (lexed.tokens.empty() ? "" : " ") + TextOf(token);
+    }
+    EXPECT_EQ(list.tokens.back().kind, Tok::End);
+    lexed.reports = diagnostics.Describe();
+    return lexed;
+}
+
+struct Row {
+    std::string source;
+    std::string tokens;
+    std::string reports;
+};
+
+void ExpectRows(std::initializer_list<Row> rows) {
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.source);
+        const Lexed lexed = Lex(row.source);
+        EXPECT_EQ(lexed.tokens, row.tokens);
+        EXPECT_EQ(lexed.reports, row.reports);
+    }
+}
+
+TEST(Lexer, Lines) {
+    ExpectRows({{"", "nl", ""},
+                {"a\n\n\nb\n", "a nl b nl", ""},
+                {"\n\na", "nl a nl", ""},
+                {"(1,\n2)", "\"(\" 1 \",\" 2 \")\" nl", ""},
+                {")\n]\na", "\")\" nl \"]\" nl a nl", ""},
+                {"[\na\n", "\"[\" a nl", ""},
+                {"a\r\nb\rc", "a nl b c nl", ""}});
+}
+
+TEST(Lexer, Words) {
+    ExpectRows({{"se Se SE", "\"se\" Se SE nl", ""},
+                {"ação Ação função não", "\"acao\" Ação \"funcao\" \"nao\" nl", ""},
+                {"e ee _e e1 vetor2 vetor4", "\"e\" ee _e e1 \"vetor2\" vetor4 nl", ""},
+                {"comportamento dicionario x\xFFy", "\"comportamento\" \"dicionario\" x\xFFy nl", ""}});
+}
+
+TEST(Lexer, EveryKeywordIsFound) {
+    for (auto kind = static_cast<int>(Tok::Se); kind <= static_cast<int>(Tok::Dicionario); ++kind) {
+        const std::string text = Describe(static_cast<Tok>(kind));
+        EXPECT_EQ(Lex(text.substr(1, text.size() - 2)).tokens, text + " nl");
+    }
+    EXPECT_STREQ(Describe(static_cast<Tok>(66)), "um simbolo");
+}
+
+TEST(Lexer, Symbols) {
+    ExpectRows(
+        {{"==!=<=>=", "\"==\" \"!=\" \"<=\" \">=\" nl", ""},
+         {"= < > + - * / % . :", "\"=\" \"<\" \">\" \"+\" \"-\" \"*\" \"/\" \"%\" \".\" \":\" nl", ""},
+         {"a /", "a \"/\" nl", ""},
+         {"x<-1", "x \"=\" 1 nl", "t:1:2: erro: \"<-\" nao atribui nesta linguagem\n  use \"=\" para atribuir\n"}});
+}
+
+TEST(Lexer, UnknownCharacterEndsTheLine) {
+    ExpectRows(
+        {{"a @ b", "a nl b nl", "t:1:3: erro: \"@\" nao e usado nesta linguagem\n"},
+         {"!a", "nl a nl", "t:1:1: erro: \"!\" nao e usado nesta linguagem\n"},
+         {"\n#\n", "nl nl", "t:2:1: erro: \"#\" nao e usado nesta linguagem\n"},
+         {"(\f)", "\"(\" nl \")\" nl", "t:1:2: erro: \"\f\" nao e usado nesta linguagem\n"},
+         {"$\x80\x80\x80\x80", "nl \x80 nl", "t:1:1: erro: \"$\x80\x80\x80\" nao e usado nesta linguagem\n"},
+         {std::string("\0a", 2), "nl a nl", std::string("t:1:1: erro: \"\0\" nao e usado nesta linguagem\n", 45)}});
+}
+
+TEST(Lexer, Numbers) {
+    const std::string tooLarge = "este numero nao cabe num inteiro de 64 bits\n";
+    ExpectRows({{"1_000.5e+3 1e2 2.5E-1", "1000500r 100r 0.25r nl", ""},
+                {"0xFF_ff 0B101 0x_ 007", "65535 5 0 7 nl", ""},
+                {"1.foo 1e 1._5 1ex+ 1_", "1 \".\" foo 1 \"e\" 1 \".\" _5 1 ex \"+\" 1 nl", ""},
+                {"0b102", "2 2 nl", ""},
+                {"0X 0b", "0 0 nl",
+                 "t:1:1: erro: faltam os digitos depois de \"0x\"\n"
+                 "t:1:4: erro: faltam os digitos depois de \"0b\"\n"},
+                {"9223372036854775807", "9223372036854775807 nl", ""},
+                {"9223372036854775808", "922337203685477580 nl", "t:1:1: erro: " + tooLarge},
+                {"0x7fffffffffffffff", "9223372036854775807 nl", ""},
+                {"0x8000000000000000", "576460752303423488 nl", "t:1:1: erro: " + tooLarge},
+                {"x 1.0e99", "x 3.40282347e38r nl", "t:1:3: erro: este numero nao cabe num real\n"}});
+}
+
+TEST(Lexer, Texts) {
+    const std::string open = "faltou fechar as aspas deste texto\n";
+    const std::string escapes = "\" nao e uma fuga conhecida\n  as fugas sao \\n, \\t, \\r, \\\" e \\\\\n";
+    ExpectRows({{R"("" "a b" "não")", "'' 'a b' 'não' nl", ""},
+                {R"("a\n\t\r\"\\b" c)", "'a\n\t\r\"\\b' c nl", ""},
+                {R"("a\qb\n")", "'aqb\n' nl", "t:1:3: erro: \"\\q" + escapes},
+                {"\"a\\\nb\"", "'a\nb' nl", "t:1:3: erro: \"\\\n" + escapes},
+                {"\"abc", "'abc' nl", "t:1:1: erro: " + open},
+                {"\"abc\nd", "'abc' nl d nl", "t:1:1: erro: " + open},
+                {"\"abc\\", "'abc\\' nl", "t:1:1: erro: " + open}});
+}
+
+TEST(Lexer, UnclosedTextIsReportedUpToItsLineFeed) {
+    const SourceFile source("t", "\"ab\nc");
+    Diagnostics diagnostics;
+    const TokenList list = Tokenize(source, diagnostics, false);
+    EXPECT_EQ(diagnostics.items[0].span.end, 4U);
+    EXPECT_EQ(list.tokens[0].span.end, 3U);
+}
+
+TEST(Lexer, CommentsAreTokensOnDemand) {
+    EXPECT_EQ(Lex("a // b  \r\n//\nc").tokens, "a nl c nl");
+    EXPECT_EQ(Lex("a // b  \r\n//\nc", true).tokens, "a <// b> nl <//> nl c nl");
+}
+
+TEST(Lexer, LegacyWordsInAnySpelling) {
+    EXPECT_EQ(LegacyHint("FIMSE"), "termine o bloco com \"fim\"");
+    EXPECT_EQ(LegacyHint("Faça"), "nao existe: a condicao termina no fim da linha");
+    EXPECT_EQ(LegacyHint("fim"), "");
+}
+
+}  // namespace
+}  // namespace tavrel::core::script
