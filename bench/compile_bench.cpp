@@ -34,7 +34,9 @@ void CountBytes(benchmark::State& state, std::size_t size) {
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-bool NoImports(const std::string&, SourceFile&) { return false; }
+bool NoImports(const std::string&, SourceFile&) {
+    return false;
+}
 
 bool BuildText(const std::string& text, Diagnostics& diagnostics, Program& program) {
     return core::script::BuildWithImports(SourceFile("jogo.tvl", text), NoImports, diagnostics, program, &WorldApi());

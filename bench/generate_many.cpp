@@ -55,7 +55,9 @@ std::string Functions(int count) {
     return One("funcao f#(x: inteiro): inteiro\n    retorne f@(x) + f#(x)\nfim\n", count);
 }
 
-std::string Constants(int count) { return DeclareAndUse("constante C# = 7\n", "    valor = C#\n", count); }
+std::string Constants(int count) {
+    return DeclareAndUse("constante C# = 7\n", "    valor = C#\n", count);
+}
 
 std::string Variables(int count) {
     std::string out = Wrapped("estado\n", "    v#: inteiro = 3\n", "fim\n", count);
@@ -63,9 +65,13 @@ std::string Variables(int count) {
     return out;
 }
 
-std::string Integers(int count) { return DeclareAndUse("", "    valor = valor + #\n", count); }
+std::string Integers(int count) {
+    return DeclareAndUse("", "    valor = valor + #\n", count);
+}
 
-std::string Texts(int count) { return DeclareAndUse("", "    fala = \"texto #\"\n", count); }
+std::string Texts(int count) {
+    return DeclareAndUse("", "    fala = \"texto #\"\n", count);
+}
 
 std::string Records(int count) {
     return DeclareAndUse("registro R#\n    x: inteiro = 1\nfim\n", "    r#: R#\n    r#.x = valor\n", count);
@@ -111,9 +117,10 @@ std::string Parameters(int count) {
 }
 
 std::string Behaviours(int count) {
-    return One("comportamento B#\n    funcao dobro(): inteiro\n        retorne 2\n    fim\n"
-               "    ao nascer\n        x: inteiro = dobro()\n        x = dobro()\n    fim\nfim\n",
-               count);
+    return One(
+        "comportamento B#\n    funcao dobro(): inteiro\n        retorne 2\n    fim\n"
+        "    ao nascer\n        x: inteiro = dobro()\n        x = dobro()\n    fim\nfim\n",
+        count);
 }
 
 std::string BehaviourFields(int count) {
@@ -154,8 +161,8 @@ std::string Events(int count) {
 }
 
 std::string HostCalls(int count) {
-    return Wrapped("a cada tick (passo: real)\n", "    som.emitir(#, \"passo\", repetir = mapa.dentro(1, 2))\n", "fim\n",
-                   count);
+    return Wrapped("a cada tick (passo: real)\n", "    som.emitir(#, \"passo\", repetir = mapa.dentro(1, 2))\n",
+                   "fim\n", count);
 }
 
 std::string Statements(int count) {
@@ -168,8 +175,8 @@ std::string ElseIfs(int count) {
 }
 
 std::string Cases(int count) {
-    return Wrapped("procedimento p(x: inteiro)\n    escolha x\n", "        caso #\n            p(2)\n", "    fim\nfim\n",
-                   count);
+    return Wrapped("procedimento p(x: inteiro)\n    escolha x\n", "        caso #\n            p(2)\n",
+                   "    fim\nfim\n", count);
 }
 
 std::string Terms(int count) {
@@ -210,7 +217,9 @@ constexpr ManyKind Kinds[] = {{"functions", Functions},
 
 }  // namespace
 
-std::span<const ManyKind> ManyKinds() { return Kinds; }
+std::span<const ManyKind> ManyKinds() {
+    return Kinds;
+}
 
 std::string GenerateImporter(int count) {
     return One("importar \"m#\"\n", count) + "procedimento p()\n    x: inteiro\n" +
@@ -219,8 +228,8 @@ std::string GenerateImporter(int count) {
 
 std::string GenerateImported(int number) {
     std::string out;
-    Repeat("modulo M#\nconstante BASE# = 1\nfuncao valor#(x: inteiro): inteiro\n    retorne x + BASE#\nfim\n", number, 1,
-           out);
+    Repeat("modulo M#\nconstante BASE# = 1\nfuncao valor#(x: inteiro): inteiro\n    retorne x + BASE#\nfim\n", number,
+           1, out);
     return out;
 }
 

@@ -15,9 +15,10 @@ namespace {
 constexpr int BlocksInGroup = 10;
 constexpr int DrawsPerBlock = 128;  // numbers set aside for the marks of one block
 
-constexpr std::array<const char*, 24> Nouns = {
-    "espada", "escudo",  "porta",   "ponte",   "barco",  "moinho", "farol",  "lanterna", "mochila", "tocha", "flecha", "pocao",
-    "chave",  "corrente", "martelo", "bigorna", "cavalo", "carroca", "moeda", "torre",    "poco",    "forno", "armadura", "mapa_velho"};
+constexpr std::array<const char*, 24> Nouns = {"espada", "escudo",   "porta",   "ponte",   "barco",    "moinho",
+                                               "farol",  "lanterna", "mochila", "tocha",   "flecha",   "pocao",
+                                               "chave",  "corrente", "martelo", "bigorna", "cavalo",   "carroca",
+                                               "moeda",  "torre",    "poco",    "forno",   "armadura", "mapa_velho"};
 
 // One round of an integer mixer: neighbouring inputs give unrelated outputs.
 std::uint32_t Mix(std::uint32_t value) {
@@ -43,8 +44,7 @@ std::string Upper(std::string name) {
 // Fills in the marks of one block's pieces, in order.
 class Expander {
 public:
-    Expander(int ownBlock, int blockCount)
-        : block(ownBlock), blocks(blockCount), drawn(ownBlock * DrawsPerBlock) {}
+    Expander(int ownBlock, int blockCount) : block(ownBlock), blocks(blockCount), drawn(ownBlock * DrawsPerBlock) {}
 
     void Append(std::string_view piece, int salt, std::string& out) {
         near = Mix(static_cast<std::uint32_t>(block * 16 + salt));
@@ -67,15 +67,15 @@ private:
 
     std::string Value(char mark) {
         switch (mark) {
-        case 'n': return BlockName(block);
-        case 'T': return Capital(BlockName(block));
-        case 'C': return Upper(BlockName(block));
-        case 'P': return Upper(Other('p'));
-        case 'i': return std::to_string(++drawn + 10);
-        case 'd': return std::to_string(2 + Mix(static_cast<std::uint32_t>(++drawn)) % 8);
-        case 'r': return Real();
-        case 't': return Text();
-        default: return Other(mark);
+            case 'n': return BlockName(block);
+            case 'T': return Capital(BlockName(block));
+            case 'C': return Upper(BlockName(block));
+            case 'P': return Upper(Other('p'));
+            case 'i': return std::to_string(++drawn + 10);
+            case 'd': return std::to_string(2 + Mix(static_cast<std::uint32_t>(++drawn)) % 8);
+            case 'r': return Real();
+            case 't': return Text();
+            default: return Other(mark);
         }
     }
 
@@ -159,9 +159,10 @@ void AppendHook(const char* head, const char* callee, const char* param, int blo
 
 void AppendHooks(int blocks, Language language, std::string& out) {
     const bool script = language == Language::Script;
-    AppendHook(script ? "\nao carregar mapa\n" : "\nfunction ao_carregar_mapa()\n", "preparar", "", blocks, language, out);
-    AppendHook(script ? "\na cada tick (passo: real)\n" : "\nfunction a_cada_tick(passo)\n", "atualizar", "passo", blocks,
-               language, out);
+    AppendHook(script ? "\nao carregar mapa\n" : "\nfunction ao_carregar_mapa()\n", "preparar", "", blocks, language,
+               out);
+    AppendHook(script ? "\na cada tick (passo: real)\n" : "\nfunction a_cada_tick(passo)\n", "atualizar", "passo",
+               blocks, language, out);
     AppendHook(script ? "\na cada quadro (dt: real)\n" : "\nfunction a_cada_quadro(dt)\n", "mostrar", "dt", blocks,
                language, out);
 }
@@ -179,7 +180,9 @@ std::string Assemble(int blocks, Language language) {
            sections.visual + "fim\n\n" + sections.derived + sections.functions;
 }
 
-int CountLines(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+int CountLines(const std::string& text) {
+    return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
 
 // The most blocks whose script has at most `lines` lines.
 int BlocksFor(int lines) {

@@ -28,11 +28,14 @@ std::vector<float> WideFloats() {
 // Numbers with three digits behind the point, as people write them.
 std::vector<float> PlainFloats() {
     std::vector<float> values;
-    for (int number = 0; number < Count; ++number) values.push_back(static_cast<float>(number * 37 % 100'000) / 1000.0f);
+    for (int number = 0; number < Count; ++number)
+        values.push_back(static_cast<float>(number * 37 % 100'000) / 1000.0f);
     return values;
 }
 
-std::vector<float> Floats(const benchmark::State& state) { return state.range(0) == 0 ? PlainFloats() : WideFloats(); }
+std::vector<float> Floats(const benchmark::State& state) {
+    return state.range(0) == 0 ? PlainFloats() : WideFloats();
+}
 
 void BM_RealToText(benchmark::State& state) {
     const std::vector<float> values = Floats(state);

@@ -70,8 +70,7 @@ voz_$n = nenhum_som
 
 const Template DerivedTemplate = {"centro_$n: vetor3\n", "centro_$n = vetor3(0, 0, 0)\n"};
 
-constexpr Template Calculate[] = {
-    {R"(
+constexpr Template Calculate[] = {{R"(
 // Quanto vale depois de tantas vezes; nunca passa do limite.
 funcao calcular_$n(base: inteiro, vezes: inteiro): inteiro
     soma: inteiro = base * $d + $i
@@ -90,7 +89,7 @@ funcao calcular_$n(base: inteiro, vezes: inteiro): inteiro
     retorne menor(soma, LIMITE_$P)
 fim
 )",
-     R"(
+                                   R"(
 -- Quanto vale depois de tantas vezes; nunca passa do limite.
 function calcular_$n(base, vezes)
     local soma = base * $d + $i
@@ -109,7 +108,7 @@ function calcular_$n(base, vezes)
     return menor(soma, LIMITE_$P)
 end
 )"},
-    {R"(
+                                  {R"(
 // Divide até caber; quem chama garante que "vezes" é pequeno.
 funcao calcular_$n(base: inteiro, vezes: inteiro): inteiro
     resto: inteiro = abs(base - $i)
@@ -129,7 +128,7 @@ funcao calcular_$n(base: inteiro, vezes: inteiro): inteiro
     retorne limitar(resto + voltas, 0, nivel_$q)
 fim
 )",
-     R"(
+                                   R"(
 -- Divide até caber; quem chama garante que "vezes" é pequeno.
 function calcular_$n(base, vezes)
     local resto = abs(base - $i)
@@ -150,8 +149,7 @@ function calcular_$n(base, vezes)
 end
 )"}};
 
-constexpr Template Average[] = {
-    {R"(
+constexpr Template Average[] = {{R"(
 funcao media_$n(x: real, y: real): real
     largura: real = abs(x - y) * FATOR_$C + $r
     altura: real = (x + y) / $r
@@ -162,7 +160,7 @@ funcao media_$n(x: real, y: real): real
     retorne limitar(onda * largura, -$r, media_$p(altura, y))
 fim
 )",
-     R"(
+                                 R"(
 function media_$n(x, y)
     local largura = abs(x - y) * FATOR_$C + $r
     local altura = (x + y) / $r
@@ -173,7 +171,7 @@ function media_$n(x, y)
     return limitar(onda * largura, -$r, media_$p(altura, y))
 end
 )"},
-    {R"(
+                                {R"(
 funcao media_$n(x: real, y: real): real
     total: real
     parte: real = x / 4.0
@@ -187,7 +185,7 @@ funcao media_$n(x: real, y: real): real
     retorne media_$q(total, energia_$n) + potencia($r, x)
 fim
 )",
-     R"(
+                                 R"(
 function media_$n(x, y)
     local total = 0.0
     local parte = x / 4.0
@@ -202,8 +200,7 @@ function media_$n(x, y)
 end
 )"}};
 
-constexpr Template Describe[] = {
-    {R"(
+constexpr Template Describe[] = {{R"(
 funcao descrever_$n(item: Item$T): texto
     linha: texto = "$t: " + item.nome
     escolha item.tipo
@@ -220,7 +217,7 @@ funcao descrever_$n(item: Item$T): texto
     retorne linha
 fim
 )",
-     R"(
+                                  R"(
 function descrever_$n(item)
     local linha = "$t: " .. item.nome
     local tipo = item.tipo
@@ -238,8 +235,7 @@ function descrever_$n(item)
 end
 )"}};
 
-constexpr Template Create[] = {
-    {R"(
+constexpr Template Create[] = {{R"(
 funcao criar_$n(nome: texto, quantos: inteiro): Item$T
     novo: Item$T
     novo.nome = nome
@@ -265,7 +261,7 @@ funcao filtrar_$n(minimo: inteiro): lista de Item$T
     retorne achados
 fim
 )",
-     R"(
+                                R"(
 function criar_$n(nome, quantos)
     local novo = Item$T()
     novo.nome = nome
@@ -292,8 +288,7 @@ function filtrar_$n(minimo)
 end
 )"}};
 
-constexpr Template Move[] = {
-    {R"(
+constexpr Template Move[] = {{R"(
 funcao mover_$n(de_onde: vetor3, rumo: vetor3, dt: real): vetor3
     direcao: vetor3 = normalizar(rumo - de_onde)
     proxima: vetor3 = de_onde + direcao * ($r * dt)
@@ -307,7 +302,7 @@ funcao mover_$n(de_onde: vetor3, rumo: vetor3, dt: real): vetor3
     retorne proxima
 fim
 )",
-     R"(
+                              R"(
 function mover_$n(de_onde, rumo, dt)
     local direcao = normalizar(rumo - de_onde)
     local proxima = de_onde + direcao * ($r * dt)
@@ -321,7 +316,7 @@ function mover_$n(de_onde, rumo, dt)
     return proxima
 end
 )"},
-    {R"(
+                             {R"(
 funcao mover_$n(de_onde: vetor3, rumo: vetor3, dt: real): vetor3
     alvo: vetor3 = interpolar(de_onde, rumo, dt * $r)
     chao: Chao = mapa.chao(alvo.x, alvo.z)
@@ -333,7 +328,7 @@ funcao mover_$n(de_onde: vetor3, rumo: vetor3, dt: real): vetor3
     retorne alvo
 fim
 )",
-     R"(
+                              R"(
 function mover_$n(de_onde, rumo, dt)
     local alvo = interpolar(de_onde, rumo, dt * $r)
     local chao = mapa.chao(alvo.x, alvo.z)
@@ -346,8 +341,7 @@ function mover_$n(de_onde, rumo, dt)
 end
 )"}};
 
-constexpr Template Update[] = {
-    {R"(
+constexpr Template Update[] = {{R"(
 procedimento atualizar_$n(passo: real)
     nivel_$n = nivel_$n + calcular_$p(nivel_$q, $d)
     energia_$n = energia_$n + media_$n(passo, $r) * passo
@@ -367,7 +361,7 @@ procedimento atualizar_$n(passo: real)
     fim
 fim
 )",
-     R"(
+                                R"(
 function atualizar_$n(passo)
     nivel_$n = nivel_$n + calcular_$p(nivel_$q, $d)
     energia_$n = energia_$n + media_$n(passo, $r) * passo
@@ -388,8 +382,7 @@ function atualizar_$n(passo)
 end
 )"}};
 
-constexpr Template Show[] = {
-    {R"(
+constexpr Template Show[] = {{R"(
 procedimento mostrar_$n(dt: real)
     brilho_$n = interpolar(brilho_$n, energia_$n, dt * $r)
     se brilho_$n > $r e eventos.mudou_$n.chegou
@@ -416,7 +409,7 @@ procedimento preparar_$n()
     fim
 fim
 )",
-     R"(
+                              R"(
 function mostrar_$n(dt)
     brilho_$n = interpolar(brilho_$n, energia_$n, dt * $r)
     if brilho_$n > $r and eventos.mudou_$n.chegou then
@@ -550,11 +543,23 @@ Porta$T = {
 
 }  // namespace
 
-const Template& Declarations() { return DeclarationsTemplate; }
-const Template& StateFields() { return StateTemplate; }
-const Template& VisualFields() { return VisualTemplate; }
-const Template& DerivedFields() { return DerivedTemplate; }
-std::span<const std::span<const Template>> FunctionFamilies() { return Families; }
-const Template& Behaviour() { return BehaviourTemplate; }
+const Template& Declarations() {
+    return DeclarationsTemplate;
+}
+const Template& StateFields() {
+    return StateTemplate;
+}
+const Template& VisualFields() {
+    return VisualTemplate;
+}
+const Template& DerivedFields() {
+    return DerivedTemplate;
+}
+std::span<const std::span<const Template>> FunctionFamilies() {
+    return Families;
+}
+const Template& Behaviour() {
+    return BehaviourTemplate;
+}
 
 }  // namespace tavrel::bench

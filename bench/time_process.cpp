@@ -74,7 +74,8 @@ std::vector<Command> Commands(int argc, char** argv) {
 int main(int argc, char** argv) {
     const int rounds = argc > 2 ? std::atoi(argv[1]) : 0;
     std::vector<Command> commands = Commands(argc, argv);
-    const bool empty = std::any_of(commands.begin(), commands.end(), [](const Command& c) { return c.words.size() < 2; });
+    const bool empty =
+        std::any_of(commands.begin(), commands.end(), [](const Command& c) { return c.words.size() < 2; });
     if (rounds < 1 || empty) {
         std::fprintf(stderr, "usage: time_process ROUNDS COMMAND... [-- COMMAND...]...\n");
         return 2;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "core/script/source/fold.h"
@@ -12,6 +13,11 @@ namespace {
 
 // Larger than any standard library's small-string buffer.
 constexpr std::size_t HeapCapacity = 64;
+
+// Offsets reach further than the counts that are reported; beyond their range a count stays at its greatest.
+std::int32_t ClampCount(std::uint64_t count) {
+    return static_cast<std::int32_t>(std::min<std::uint64_t>(count, std::numeric_limits<std::int32_t>::max()));
+}
 
 }  // namespace
 
@@ -35,11 +41,9 @@ LineColumn SourceFile::At(std::uint32_t offset) const {
     std::size_t at = std::min<std::size_t>(offset, text.size());
     auto next = std::upper_bound(lineStarts.begin(), lineStarts.end(), at);
     std::size_t lineStart = *(next - 1);
-    LineColumn place;
-    place.line = static_cast<std::int32_t>(next - lineStarts.begin());
-    place.column =
-        static_cast<std::int32_t>(CountCharacters(std::string_view(text).substr(lineStart, at - lineStart))) + 1;
-    return place;
+    auto line = static_cast<std::uint64_t>(next - lineStarts.begin());
+    std::uint64_t before = CountCharacters(std::string_view(text).substr(lineStart, at - lineStart));
+    return {ClampCount(line), ClampCount(before + 1)};
 }
 
 std::string SourceFile::Line(int number) const {

@@ -5,6 +5,23 @@
 
 namespace tavrel::core::script {
 
+namespace {
+
+// What a block of fields has in its section.
+struct StateBlock {
+    const char* word;
+    bool& seen;
+    std::vector<VarDecl>& fields;
+};
+
+StateBlock BlockOf(Section& section, Tok kind) {
+    if (kind == Tok::Estado) return {"estado", section.hasState, section.state};
+    if (kind == Tok::Visual) return {"visual", section.hasVisual, section.visual};
+    return {"progresso", section.hasProgress, section.progress};
+}
+
+}  // namespace
+
 void Parser::ParseDeclarations(Section& section, bool inBehaviour) {
     for (;;) {
         SkipNewlines();
@@ -160,18 +177,16 @@ void Parser::ParseImport(bool inBehaviour) {
 }
 
 void Parser::ParseStateBlock(Section& section) {
-    const Tok block = Current().kind;
+    const Tok kind = Current().kind;
     const Span span = Here();
     Advance();
-    bool& seen = block == Tok::Estado   ? section.hasState
-                 : block == Tok::Visual ? section.hasVisual
-                                        : section.hasProgress;
-    auto& fields = block == Tok::Estado ? section.state : block == Tok::Visual ? section.visual : section.progress;
-    if (seen) Error(span, std::string("este modulo ja tem um bloco ") + Describe(block));
-    seen = true;
-    if (block == Tok::Progresso) ParseExtension(section);
+    StateBlock block = BlockOf(section, kind);
+    if (block.seen) Error(span, std::string("este modulo ja tem um bloco ") + Describe(kind));
+    block.seen = true;
+    if (kind == Tok::Progresso) ParseExtension(section);
     EndOfLine();
-    ParseFields(fields, block);
+    ParseFields(block.fields, kind);
+    ExpectEnd(block.word);
 }
 
 void Parser::ParseExtension(Section& section) {
@@ -195,7 +210,6 @@ void Parser::ParseFields(std::vector<VarDecl>& fields, Tok block) {
             RecoverLine();
         }
     }
-    ExpectEnd(block == Tok::Estado ? "estado" : block == Tok::Visual ? "visual" : "progresso");
 }
 
 // The "publico" or "privado" before a field. Before anything else the words are names, and nothing is read.
