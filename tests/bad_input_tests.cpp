@@ -5,7 +5,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -313,29 +312,6 @@ TEST(BadInput, ALongImportCycleIsReportedOnce) {
     EXPECT_EQ(finished.code, 1);
     EXPECT_EQ(CountReports(finished.err), 1);
     EXPECT_NE(finished.err.find("as importacoes fazem um ciclo: f0 -> f1 -> f2 -> "), std::string::npos);
-}
-
-// ---- too large for positions of 32 bits ----
-
-std::size_t AvailableMemory() {
-    std::ifstream info("/proc/meminfo");
-    for (std::string word; info >> word;) {
-        std::size_t kilobytes = 0;
-        if (word == "MemAvailable:" && info >> kilobytes) return kilobytes * 1024;
-    }
-    return 0;
-}
-
-TEST(BadInput, AFileAboveFourGigabytesIsReported) {
-    constexpr std::size_t Gigabyte = 1024UL * 1024 * 1024;
-    if (Sanitized || AvailableMemory() < 10 * Gigabyte) GTEST_SKIP() << "needs 10 GB of free memory";
-    const TemporaryFolder folder;
-    WriteFile(folder.path / "grande.tvl", "");
-    fs::resize_file(folder.path / "grande.tvl", 4 * Gigabyte + 1);
-    const Finished finished = RunTool({"verificar", "grande.tvl"}, folder.path, {100, 1024 * 1024});
-    EXPECT_EQ(finished.code, 1);
-    EXPECT_EQ(finished.err,
-              "grande.tvl:1:1: erro: o arquivo passa de 4 GiB, o maximo de um script\n1 de 1 arquivo(s) com erro\n");
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 
 namespace tavrel::tests {
 
-TemporaryFolder::TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tavrel_XXXXXX").string();
+TemporaryFolder::TemporaryFolder(const std::filesystem::path& parent) {
+    std::string name = (parent / "tavrel_XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) throw std::system_error(errno, std::generic_category(), name);
     path = name;
 }

@@ -8,7 +8,7 @@ namespace tavrel::tests {
 struct TemporaryFolder {
     std::filesystem::path path;
 
-    TemporaryFolder();
+    explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path());
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;

@@ -11,7 +11,7 @@ void Compiler::CompileAssign(const Stmt& stmt) {
         case ExprKind::Field: return AssignField(stmt, target);
         default:
             Error(target.span, "isto nao e um lugar onde se possa gravar");
-            CompileExpr(stmt.value);
+            CompileValue(stmt.value, FailedType);
             return;
     }
 }
@@ -22,11 +22,11 @@ void Compiler::AssignName(const Stmt& stmt, const Expr& target) {
     if (place.kind == PlaceKind::None) {
         Error(target.span, Quoted(name) + " nao foi declarada",
               "para declarar, escreva \"" + name + ": tipo = valor\"");
-        CompileExpr(stmt.value);
+        CompileValue(stmt.value, FailedType);
         return;
     }
     if (!CheckWrite(place, target.span, name)) {
-        CompileExpr(stmt.value);
+        CompileValue(stmt.value, FailedType);
         return;
     }
     if (place.kind == PlaceKind::Field) EmitIndexed(Op::LoadLocal, 0, stmt.span);
@@ -43,7 +43,7 @@ void Compiler::AssignIndex(const Stmt& stmt, const Expr& target) {
     if (kind != Kind::List && kind != Kind::Dict) {
         TypeId type = CompileExpr(target.left);
         if (type != FailedType) Error(target.span, TypeName(type) + " nao aceita indice");
-        CompileExpr(stmt.value);
+        CompileValue(stmt.value, FailedType);
         return;
     }
     CheckContainerWrite(target.left);
@@ -64,7 +64,7 @@ void Compiler::AssignField(const Stmt& stmt, const Expr& target) {
     if (kind == Kind::Record) return AssignRecordField(stmt, target, base);
     TypeId type = CompileExpr(target.left);
     if (type != FailedType) Error(target.span, TypeName(type) + " nao tem campos para mudar");
-    CompileExpr(stmt.value);
+    CompileValue(stmt.value, FailedType);
 }
 
 void Compiler::AssignRecordField(const Stmt& stmt, const Expr& target, TypeId record) {
@@ -74,7 +74,7 @@ void Compiler::AssignRecordField(const Stmt& stmt, const Expr& target, TypeId re
     std::int32_t field = RecordField(index, names.Intern(target.text));
     if (field < 0) {
         MissingField(target, record);
-        CompileExpr(stmt.value);
+        CompileValue(stmt.value, FailedType);
         return;
     }
     TypeId wanted = program->records[static_cast<std::size_t>(index)].fieldTypes[static_cast<std::size_t>(field)];
@@ -96,13 +96,13 @@ void Compiler::AssignComponent(const Stmt& stmt, const Expr& target, std::int32_
         default: break;
     }
     Error(base.span, "nao da para mudar um componente aqui");
-    CompileExpr(stmt.value);
+    CompileValue(stmt.value, FailedType);
 }
 
 void Compiler::AssignComponentOfName(const Stmt& stmt, const Expr& base, std::int32_t component) {
     Place place = Resolve(names.Intern(base.text));
     if (!CheckWrite(place, base.span, std::string(base.text))) {
-        CompileExpr(stmt.value);
+        CompileValue(stmt.value, FailedType);
         return;
     }
     switch (place.kind) {

@@ -403,7 +403,10 @@ private:
 
     [[nodiscard]] const Expr& ExprAt(std::int32_t expr) const { return unit->exprs[static_cast<std::size_t>(expr)]; }
     [[nodiscard]] Span SpanOf(std::int32_t expr) const { return ExprAt(expr).span; }
-    [[nodiscard]] std::string TypeName(TypeId type) const { return program->types.Name(type); }
+    // The text of a type in a report. Empty once reports are dropped: names are long where a script wants them so.
+    [[nodiscard]] std::string TypeName(TypeId type) const {
+        return diagnostics->Full() ? std::string() : program->types.Name(type);
+    }
     [[nodiscard]] Kind KindOf(TypeId type) const { return program->types.KindOf(type); }
 
     std::vector<Unit> units;  // the main script first, then its imports
@@ -441,6 +444,8 @@ private:
     std::vector<std::vector<HostDefault>> recordDefaults;                        // of each record of the world
     std::vector<std::pair<const Unit*, const RecordDecl*>> recordDeclarations;  // of each record behind those
 
+    std::size_t defaultCode = 0;  // operations that declared defaults of records took so far
+
     std::unordered_map<std::int64_t, std::int32_t> integerPool;  // into Program::integers
     NameTable textPool;                                          // numbers texts as Program::texts does
 
@@ -455,6 +460,8 @@ private:
     Permits permits;
     TypeId returnType = NothingType;
     std::vector<LoopPatch> loops;
+    std::vector<Instruction> codeBuffer;    // room for the code of the next function
+    std::vector<std::uint32_t> spanBuffer;  // and for its spans
     std::vector<std::int32_t> leftChain;  // operators that wait for their left operand, of all open CompileExpr
 };
 

@@ -9,6 +9,10 @@ namespace {
 
 constexpr std::int32_t LargestEnumOperand = 0xFFFF;
 
+// How many operations the declared defaults of records may take in one program. They are compiled anew at each place,
+// so a short script can ask for more of them than memory holds.
+constexpr std::size_t MostDefaultCode = std::size_t{1} << 24;
+
 }  // namespace
 
 // The index of the new instruction, on which every jump patch rests.
@@ -130,7 +134,9 @@ void Compiler::EmitRecordDefault(std::int32_t record, Span span) {
 // The values are compiled anew at each place that needs them: in the scopes open there, from the file that declares
 // the record.
 void Compiler::EmitFieldDefaults(const Unit& where, const RecordDecl& declaration, std::int32_t record, Span span) {
+    if (defaultCode > MostDefaultCode) return;
     const Unit* current = unit;
+    std::size_t first = CodeSize();
     unit = &where;
     for (std::size_t i = 0; i < declaration.fields.size(); ++i) {
         const VarDecl& field = declaration.fields[i];
@@ -145,6 +151,11 @@ void Compiler::EmitFieldDefaults(const Unit& where, const RecordDecl& declaratio
         EmitIndexed(Op::FieldSet, static_cast<std::int32_t>(i), span);
     }
     unit = current;
+    defaultCode += CodeSize() - first;
+    if (defaultCode > MostDefaultCode) {
+        Error(span, "os valores iniciais dos campos de registros geram codigo demais neste programa",
+              "de esses valores numa funcao, em vez de na declaracao dos campos");
+    }
 }
 
 void Compiler::EmitHostDefault(const HostDefault& value, TypeId type, Span span) {

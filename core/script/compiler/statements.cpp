@@ -20,6 +20,8 @@ void Compiler::BeginFunction(std::int32_t newFunction, std::int32_t owner, const
                              TypeId result) {
     while (!scopes.empty()) CloseScope();
     function = newFunction;
+    Current().code.swap(codeBuffer);
+    Current().spans.swap(spanBuffer);
     behaviour = owner;
     permits = newPermits;
     returnType = result;
@@ -32,10 +34,18 @@ void Compiler::BeginFunction(std::int32_t newFunction, std::int32_t owner, const
     NewLocal(-1, program->types.Record(info.record, info.name), false);
 }
 
-// Ends in a Return whatever stands before, so that control cannot run off the code.
+// Ends in a Return whatever stands before, so that control cannot run off the code. The function keeps a copy of the
+// right size; the room that the code grew in serves the next one.
 void Compiler::EndFunction(Span span) {
     Emit(Op::Return, span);
-    Current().locals = localPeak;
+    Function& current = Current();
+    current.locals = localPeak;
+    codeBuffer.swap(current.code);
+    spanBuffer.swap(current.spans);
+    current.code = codeBuffer;
+    current.spans = spanBuffer;
+    codeBuffer.clear();
+    spanBuffer.clear();
 }
 
 void Compiler::CompileParams(const std::vector<Param>& params) {
