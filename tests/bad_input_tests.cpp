@@ -26,7 +26,7 @@ constexpr bool Sanitized = TAVREL_SANITIZED != 0;
 constexpr int Load(int size) {
     return Sanitized ? size / 20 : size;
 }
-constexpr ProcessLimits Limits = Sanitized ? ProcessLimits{300, 0} : ProcessLimits{20, 1024 * 1024};
+constexpr ProcessLimits Limits = Sanitized ? ProcessLimits{300, 0} : ProcessLimits{20, 1UL << 20};
 
 int CountReports(const std::string& text) {
     int count = 0;

@@ -36,7 +36,7 @@ TEST(HugeFile, IsReportedAboveFourGigabytes) {
     const TemporaryFolder folder(RoomyFolder());
     WriteFile(folder.path / "grande.tvl", "");
     fs::resize_file(folder.path / "grande.tvl", 4 * Gigabyte + 1);
-    const Finished finished = RunTool({"verificar", "grande.tvl"}, folder.path, {100, 1024 * 1024});
+    const Finished finished = RunTool({"verificar", "grande.tvl"}, folder.path, {100, 1UL << 20});
     EXPECT_EQ(finished.code, 1);
     EXPECT_EQ(finished.err,
               "grande.tvl:1:1: erro: o arquivo passa de 4 GiB, o maximo de um script\n1 de 1 arquivo(s) com erro\n");

@@ -46,6 +46,7 @@ Finished RunTool(const std::vector<std::string>& args, const std::filesystem::pa
     std::vector<std::string> line{TAVREL_TOOL};
     line.insert(line.end(), args.begin(), args.end());
     std::vector<char*> words;
+    words.reserve(line.size() + 1);
     for (std::string& word : line) words.push_back(word.data());
     words.push_back(nullptr);
 

@@ -1,7 +1,7 @@
 #include "tests/temporary_folder.h"
 
-#include <stdlib.h>
-
+#include <cerrno>
+#include <cstdlib>
 #include <string>
 #include <system_error>
 

@@ -167,11 +167,10 @@ private:
     void CollectActions();
     TypeId ResolveType(const Unit& where, std::int32_t typeRef);
     TypeId ResolveDictionary(const Unit& where, const TypeRef& reference);
+
+    // record_cycles.cpp
     void CheckRecordsContainThemselves();
-    [[nodiscard]] std::vector<std::int32_t> RecordHeights() const;
-    [[nodiscard]] bool RecordContains(std::int32_t record, std::int32_t target, std::vector<std::int32_t>& visited,
-                                      std::int32_t depth) const;
-    [[nodiscard]] std::vector<std::int32_t> DirectRecords(std::int32_t record) const;
+    [[nodiscard]] std::vector<std::int32_t> DirectRecords(const RecordInfo& record) const;
 
     // prelude.cpp and api_values.cpp: the world's table in the compiler's terms.
     void Prelude();

@@ -11,7 +11,7 @@ constexpr std::int32_t LargestEnumOperand = 0xFFFF;
 
 // How many operations the declared defaults of records may take in one program. They are compiled anew at each place,
 // so a short script can ask for more of them than memory holds.
-constexpr std::size_t MostDefaultCode = std::size_t{1} << 24;
+constexpr std::size_t MostDefaultCode = std::size_t{1} << 22;
 
 }  // namespace
 

@@ -118,9 +118,10 @@ TypeId Compiler::ConstructText(const Expr& expr, const Arguments& arguments) {
 }
 
 TypeId Compiler::ConstructVector(const Expr& expr, Arguments& arguments) {
+    for (std::size_t i = 0; i < arguments.types.size(); ++i) Fits(expr, arguments, i, RealType);
     for (std::size_t i = 0; i < arguments.types.size(); ++i) {
-        if (Fits(expr, arguments, i, RealType)) continue;
         TypeId type = arguments.types[i];
+        if (type == RealType) continue;
         if (type == FailedType) return FailedType;
         Error(SpanOf(unit->Indices(expr.items)[i]), "cada valor aqui e um real, e este e " + TypeName(type),
               type == IntType ? "escreva real(...) ou ponha um ponto no numero" : "");

@@ -1,17 +1,9 @@
 // Records, enumerations, actions, and types as written.
-#include <algorithm>
 #include <utility>
 
 #include "core/script/compiler/compiler.h"
 
 namespace tavrel::core::script {
-
-namespace {
-
-// A chain of plain record fields this long counts as a cycle.
-constexpr std::int32_t DeepestRecordChain = 65;
-
-}  // namespace
 
 // Every record and enumeration gets its id before any field is resolved, so that records may name each other in any
 // order and across files.
@@ -123,83 +115,6 @@ TypeId Compiler::ResolveDictionary(const Unit& where, const TypeRef& reference) 
         return FailedType;
     }
     return program->types.Dict(key, value);
-}
-
-void Compiler::CheckRecordsContainThemselves() {
-    std::vector<std::int32_t> heights = RecordHeights();
-    std::vector<std::int32_t> visited(program->records.size(), -1);
-    for (std::size_t i = 0; i < heights.size() && !diagnostics->Full(); ++i) {
-        // Below that height no walk can come back or get too deep, so the plain case costs nothing more.
-        if (heights[i] < DeepestRecordChain) continue;
-        auto record = static_cast<std::int32_t>(i);
-        if (!RecordContains(record, record, visited, 0)) continue;
-        Error(units[0], {}, "o registro " + Quoted(program->records[i].name) + " contem a si mesmo",
-              "ele pode conter uma \"lista de\" si mesmo, que comeca vazia");
-    }
-}
-
-// The records that stand in plain fields of a record, in field order.
-std::vector<std::int32_t> Compiler::DirectRecords(std::int32_t record) const {
-    std::vector<std::int32_t> direct;
-    for (TypeId type : program->records[static_cast<std::size_t>(record)].fieldTypes) {
-        if (KindOf(type) == Kind::Record) direct.push_back(program->types.At(type).index);
-    }
-    return direct;
-}
-
-// The longest chain of plain record fields under each record, cut at DeepestRecordChain, which also stands for every
-// record that reaches a cycle. One depth-first walk, on a stack of its own.
-std::vector<std::int32_t> Compiler::RecordHeights() const {
-    constexpr std::int32_t Unseen = -1;
-    constexpr std::int32_t Open = -2;
-    struct Visit {
-        std::int32_t record;
-        std::vector<std::int32_t> inner;
-        std::size_t next;
-    };
-    std::vector<std::int32_t> heights(program->records.size(), Unseen);
-    std::vector<Visit> stack;
-    std::vector<std::int32_t> best(program->records.size(), 0);
-    auto open = [&](std::int32_t record) {
-        heights[static_cast<std::size_t>(record)] = Open;
-        stack.push_back({record, DirectRecords(record), 0});
-    };
-    for (std::size_t root = 0; root < heights.size(); ++root) {
-        if (heights[root] == Unseen) open(static_cast<std::int32_t>(root));
-        while (!stack.empty()) {
-            Visit& visit = stack.back();
-            auto record = static_cast<std::size_t>(visit.record);
-            if (visit.next == visit.inner.size()) {
-                heights[record] = best[record];
-                stack.pop_back();
-                continue;
-            }
-            std::int32_t inner = visit.inner[visit.next];
-            std::int32_t height = heights[static_cast<std::size_t>(inner)];
-            if (height == Unseen) {
-                open(inner);
-                continue;
-            }
-            best[record] = std::min(DeepestRecordChain,
-                                    std::max(best[record], height == Open ? DeepestRecordChain : height + 1));
-            ++visit.next;
-        }
-    }
-    return heights;
-}
-
-// `visited` holds, for each record, the target whose walk met it last.
-bool Compiler::RecordContains(std::int32_t record, std::int32_t target, std::vector<std::int32_t>& visited,
-                              std::int32_t depth) const {
-    if (depth == DeepestRecordChain) return true;
-    for (std::int32_t inner : DirectRecords(record)) {
-        if (inner == target) return true;
-        std::int32_t& lastMet = visited[static_cast<std::size_t>(inner)];
-        if (lastMet == target) continue;
-        lastMet = target;
-        if (RecordContains(inner, target, visited, depth + 1)) return true;
-    }
-    return false;
 }
 
 }  // namespace tavrel::core::script

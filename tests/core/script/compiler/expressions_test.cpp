@@ -7,8 +7,8 @@ namespace tavrel::core::script {
 namespace {
 
 struct Case {
-    const char* line;      // line 3, in a hook that has n: inteiro, r: real and the globals below
-    const char* expected;  // the reports
+    const char* line;      // line 3, in a hook with a local r: real and the declarations below
+    std::string expected;  // the reports
 };
 
 constexpr const char* Declarations = R"(
@@ -44,27 +44,24 @@ void ExpectCode(const std::string& body, const char* expected) {
     EXPECT_EQ(compiled.Code("a cada tick"), expected) << body;
 }
 
-constexpr const char* Inexact =
-    " erro: este numero nao cabe exatamente num real\n  escreva-o com ponto, para dizer qual real voce quer\n";
+std::string Inexact(int column) {
+    return "m.tvl:3:" + std::to_string(column) +
+           ": erro: este numero nao cabe exatamente num real\n"
+           "  escreva-o com ponto, para dizer qual real voce quer\n";
+}
 
 TEST(Expressions, InexactLiteralsAreReportedOnceAndNothingMore) {
-    const std::string at = "m.tvl:3:";
-    const std::string second = at + "13:" + Inexact;
-    const std::string third = at + "16:" + Inexact;
-    const std::string pair = at + "12:" + Inexact;
     ExpectReports({
-        {"r = 2.5 + r*-16777217", (at + "13:" + Inexact).c_str()},
-        {"r = 2.5 + -(-16777217)", (at + "11:" + Inexact).c_str()},
-        {"r = -9223372036854775807 * r", (at + "5:" + Inexact).c_str()},
-        {"g = vetor2(16777217, \"a\")", pair.c_str()},
-        {"r = potencia(\"a\", 2)", "m.tvl:3:14: erro: \"potencia\" trabalha com real, e este e texto\n"},
-        {"r = maior(16777217, 2.5)", (at + "11:" + Inexact).c_str()},
-        {"d[\"a\"] = 16777217", (at + "10:" + Inexact).c_str()},
+        {"r = 2.5 + r*-16777217", Inexact(13)},
+        {"r = 2.5 + -(-16777217)", Inexact(11)},
+        {"r = -9223372036854775807 * r", Inexact(5)},
+        {"g = vetor2(16777217, \"a\")", Inexact(12)},
+        {"r = maior(16777217, 2.5)", Inexact(11)},
+        {"d[\"a\"] = 16777217", Inexact(10)},
         {"l.adicionar(16777217)", ""},
         {"r = 16777216 - -16777216 + 2.5",
          "m.tvl:3:5: erro: nao da para juntar inteiro com real\n"
-         "  nao ha conversao automatica; escreva real(...) ou inteiro(...) num "
-         "dos dois\n"},
+         "  nao ha conversao automatica; escreva real(...) ou inteiro(...) num dos dois\n"},
     });
 }
 

@@ -1,6 +1,8 @@
 // What code may write, draw and reach: the law of each hook, and what functions inherit from those who call them.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "tests/core/script/compiler/compile_support.h"
 
 namespace tavrel::core::script {
@@ -32,7 +34,7 @@ std::string Refused(char variable, int line) {
     std::string start = std::string("\"") + variable + "\" e do bloco ";
     const std::string end = " e nao pode ser mudada aqui";
     switch (variable) {
-        case 'e':
+        case 's':
             return At(line, 1, start + "\"estado\"" + end) +
                    "  o bloco \"estado\" decide os ticks seguintes, entao so \"a cada tick\" e \"ao reiniciar mapa\" "
                    "escrevem nele\n";
@@ -64,27 +66,27 @@ TEST(Permissions, LawOfEachHook) {
     } const rows[] = {
         {"ao iniciar", false, "vpd", false},
         {"ao carregar mapa", false, "vpd", false},
-        {"ao reiniciar mapa", false, "evpd", false},
+        {"ao reiniciar mapa", false, "svpd", false},
         {"ao interromper", false, "vp", false},
-        {"a cada tick (x: real)", false, "ep", true},
+        {"a cada tick (x: real)", false, "sp", true},
         {"a cada quadro (x: real)", false, "vp", false},
         {"ao desenhar (x: real)", false, "vp", false},
         {"camera", false, "p", false},
         {"ao encerrar", false, "p", false},
-        {"ao nascer", true, "evpd", false},
-        {"ao tocar (x: objeto)", true, "ep", true},
-        {"ao soltar (x: objeto)", true, "ep", true},
+        {"ao nascer", true, "svpd", false},
+        {"ao tocar (x: objeto)", true, "sp", true},
+        {"ao soltar (x: objeto)", true, "sp", true},
     };
     for (const auto& row : rows) {
         std::string text =
-            "d: inteiro\nestado\ne: inteiro\nfim\nvisual\nv: inteiro\nfim\n"
+            "d: inteiro\nestado\ns: inteiro\nfim\nvisual\nv: inteiro\nfim\n"
             "progresso \"p\"\np: inteiro\nfim\n";
         text += std::string(row.inBehaviour ? "comportamento C\n" : "\n") + row.hook + "\n";
         text +=
-            std::string("e = 1\nv = 1\np = 1\nd = 1\ny: real = aleatorio()\nfim\n") + (row.inBehaviour ? "fim" : "");
+            std::string("s = 1\nv = 1\np = 1\nd = 1\ny: real = aleatorio()\nfim\n") + (row.inBehaviour ? "fim" : "");
         std::string expected;
         int line = 14;
-        for (char variable : {'e', 'v', 'p', 'd'}) {
+        for (char variable : {'s', 'v', 'p', 'd'}) {
             if (row.writes.find(variable) == std::string::npos) expected += Refused(variable, line);
             ++line;
         }
@@ -95,43 +97,22 @@ TEST(Permissions, LawOfEachHook) {
 
 // A call that the walk misses would leave `f` free to write everything.
 TEST(Permissions, CallsAreFoundWhereverTheyStand) {
-    for (const char* body : {
-             "f()",
-             "n: inteiro = f()",
-             "l[f()] = 1",
-             "l[0] = f()",
-             "se f() == 1\nfim",
-             "se falso\nsenao se f() == 1\nfim",
-             "se falso\nf()\nfim",
-             "se falso\nsenao\nf()\nfim",
-             "enquanto f() == 1\nfim",
-             "enquanto falso\nf()\nfim",
-             "para i de f() ate 2\nfim",
-             "para i de 1 ate f()\nfim",
-             "para i de 1 ate 2 passo f()\nfim",
-             "para i de 1 ate 2\nf()\nfim",
-             "para cada i em [f()]\nfim",
-             "para cada i em l\nf()\nfim",
-             "escolha f()\ncaso 1\nfim",
-             "escolha 1\ncaso 2, f()\nfim",
-             "escolha 1\ncaso 2\nf()\nfim",
-             "escolha 1\ncaso 2\nsenao\nf()\nfim",
-             "retorne f()",
-             "l.adicionar(f())",
-             "[f()].adicionar(1)",
-             "n: inteiro = minimo(1, -f())",
-             "b: logico = falso e nao (f() == 1)",
-             "n: inteiro = [1: 2, 3: f()][1]",
-             "n: inteiro = [f(): 2][1]",
-             "n: inteiro = l[f()]",
-             "n: inteiro = inteiro(f())",
-             "n: inteiro = g(g(f()))",
-         }) {
+    std::istringstream bodies(
+        "f()|n: inteiro = f()|l[f()] = 1|l[0] = f()|se f() == 1\nfim|se falso\nsenao se f() == 1\nfim|"
+        "se falso\nf()\nfim|se falso\nsenao\nf()\nfim|enquanto f() == 1\nfim|enquanto falso\nf()\nfim|para i de f() "
+        "ate 2\nfim|"
+        "para i de 1 ate f()\nfim|para i de 1 ate 2 passo f()\nfim|para i de 1 ate 2\nf()\nfim|"
+        "para cada i em [f()]\nfim|para cada i em l\nf()\nfim|escolha f()\ncaso 1\nfim|escolha 1\ncaso 2, f()\nfim|"
+        "escolha 1\ncaso 2\nf()\nfim|escolha 1\ncaso 2\nsenao\nf()\nfim|retorne f()|l.adicionar(f())|"
+        "[f()].adicionar(1)|n: inteiro = g(2 - -f() + tamanho([1]))|b: logico = falso e nao (f() == 1)|"
+        "n: inteiro = [1: 2, 3: f()][1]|n: inteiro = [f(): 2][1]|n: inteiro = l[f()]|n: inteiro = inteiro(f())|"
+        "n: inteiro = g(g(f()))");
+    for (std::string body; std::getline(bodies, body, '|');) {
         std::string text =
             "visual\nv: inteiro\nfim\nfuncao f(): inteiro\nv = 1\nretorne 1\nfim\n"
             "funcao g(n: inteiro): inteiro\nretorne n\nfim\n"
             "funcao h(l: lista de inteiro): inteiro\n" +
-            std::string(body) + "\nretorne 0\nfim\na cada tick (x: real)\nh([1])\nfim\n";
+            body + "\nretorne 0\nfim\na cada tick (x: real)\nh([1])\nfim\n";
         EXPECT_EQ(Reports(text, nullptr), Refused('v', 6)) << body;
     }
 }
@@ -142,8 +123,8 @@ TEST(Permissions, WorldWithinTheHooksThatReachTheCode) {
         std::string text;
         std::string expected;
     } const rows[] = {
-        {"funcao f(): real\nretorne m.quadro()\nfim\na cada tick (x: real)\nf()\nfim\na cada quadro (x: "
-         "real)\nf()\nfim",
+        {"funcao f(): real\nretorne m.quadro()\nfim\na cada tick (x: real)\nf()\nfim\na cada quadro "
+         "(x: real)\nf()\nfim",
          At(3, 9,
             "\"m.quadro\" nao vale em todos os ganchos que chamam esta funcao\n"
             "  ela vale em: a cada quadro; esta funcao e chamada de: a cada tick, a cada quadro")},
@@ -157,18 +138,18 @@ TEST(Permissions, WorldWithinTheHooksThatReachTheCode) {
             "\"m.mapa\" nao vale em todos os ganchos que chamam esta funcao\n"
             "  ela vale em: atualizar_mapa; esta funcao e chamada de: ao encerrar, atualizar_mapa")},
         // Two functions that only call each other are as free as one that nobody calls, but have no world.
-        {"estado\ne: inteiro\nfim\nprocedimento f()\ne = 1\ng()\nfim\nprocedimento g()\nf()\nm.tudo()\nfim",
+        {"estado\ns: inteiro\nfim\nprocedimento f()\ns = 1\ng()\nfim\nprocedimento g()\nf()\nm.tudo()\nfim",
          At(11, 1, nowhere + NoHook)},
         {"constante C: real = m.tudo()\ncomportamento B\nestado\na: real = m.tudo()\nfim\nfim\n"
          "funcao foco_do_jogador(n: inteiro): vetor3\nm.tudo()\nretorne vetor3(0, 0, 0)\nfim",
          At(2, 21, nowhere + NoHook) + At(5, 11, nowhere + NoHook) + At(9, 1, nowhere + NoHook)},
         // A helper of a rule that a hook calls too is a rule that has the world.
-        {"estado\ne: real\nfim\nfuncao altura_do_corpo(): real\nretorne f()\nfim\nfuncao f(): real\nm.muda()\ne = 1\n"
+        {"estado\ns: real\nfim\nfuncao altura_do_corpo(): real\nretorne f()\nfim\nfuncao f(): real\nm.muda()\ns = 1\n"
          "retorne m.tudo()\nfim\na cada tick (x: real)\nf()\nfim",
          At(9, 1,
             "\"m.muda\" muda o mundo, e esta funcao e uma regra de relevo ou de chao\n"
             "  ela roda sobre uma copia do terreno, fora do quadro, e so le o que recebe") +
-             At(10, 1, "\"e\" nao pode ser mudada aqui: esta funcao e uma regra de relevo ou de chao")},
+             At(10, 1, "\"s\" nao pode ser mudada aqui: esta funcao e uma regra de relevo ou de chao")},
         {"funcao altura_do_corpo(): real\nretorne m.tudo()\nfim",
          At(3, 9,
             nowhere + "  esta funcao e uma regra de relevo: ela roda sobre uma copia do terreno, fora do quadro")},
@@ -188,37 +169,11 @@ TEST(Permissions, BehaviourHidesFunctionsOfTheModule) {
 // A write into a container is one of the variable that holds it; what hangs below locals and calls is free.
 TEST(Permissions, ContainersAreWrittenThroughTheirVariable) {
     const std::string text =
-        "registro R\nw: vetor3\nl: lista de R\nfim\nestado\ne: R\nfim\nfuncao r(): R\nretorne e\nfim\n"
+        "registro R\nw: vetor3\nl: lista de R\nfim\nestado\ns: R\nfim\nfuncao r(): R\nretorne s\nfim\n"
         "a cada quadro (x: real)\n"
-        "e.l[0].w = vetor3(0, 0, 0)\ne.l[0].l[1] = r()\ne.w.x = 1\ne.l[0].w.x = 1\n"
+        "s.l[0].w = vetor3(0, 0, 0)\ns.l[0].l[1] = r()\ns.w.x = 1\ns.l[0].w.x = 1\n"
         "t: R = r()\nt.l[0].w.x = 1\nr().w = vetor3(0, 0, 0)\nr().l[0].w.x = 1\nfim\n";
-    EXPECT_EQ(Reports(text), Refused('e', 13) + Refused('e', 14) + Refused('e', 15) + Refused('e', 16));
-}
-
-TEST(Permissions, ReservedFunctionsByTheirWholeSignature) {
-    Compiled good = CompileScript(R"(modulo M
-funcao foco_do_jogador(qual: inteiro): vetor3
-retorne vetor3(0, 0, 0)
-fim
-funcao atualizar_mapa(): logico
-retorne falso
-fim
-comportamento C
-procedimento pode_ficar()
-fim
-fim
-)",
-                                  {}, nullptr);
-    EXPECT_EQ(good.reports, "");
-    EXPECT_EQ(good.program.reserved, (std::array<std::int32_t, ReservedFunctionCount>{-1, -1, -1, -1, 1, 0}));
-
-    const std::string wrong = " e uma funcao de nome reservado, e se escreve assim\n  ";
-    // The second passes of the compiler do not begin: the unknown name goes unreported.
-    EXPECT_EQ(Reports("funcao reléVo_base(x: real, z: real): real\nretorne x\nfim\n"
-                      "funcao relévo_base(x: real, z: inteiro): real\nretorne nada_disso\nfim\n"
-                      "procedimento atualizar_mapa()\nfim\n"),
-              At(5, 1, "\"relévo_base\"" + wrong + "funcao relevo_base(x: real, z: real): real") +
-                  At(8, 1, "\"atualizar_mapa\"" + wrong + "funcao atualizar_mapa(): logico"));
+    EXPECT_EQ(Reports(text), Refused('s', 13) + Refused('s', 14) + Refused('s', 15) + Refused('s', 16));
 }
 
 }  // namespace

@@ -127,12 +127,39 @@ TEST(Lexer, Texts) {
                 {"\"abc\\", "'abc\\' nl", "t:1:1: erro: " + open}});
 }
 
-TEST(Lexer, UnclosedTextIsReportedUpToItsLineFeed) {
-    const SourceFile source("t", "\"ab\nc");
-    Diagnostics diagnostics;
-    const TokenList list = Tokenize(source, diagnostics, false);
-    EXPECT_EQ(diagnostics.items[0].span.end, 4U);
-    EXPECT_EQ(list.tokens[0].span.end, 3U);
+// The bytes of each token but the last, and of each report, with a "|" behind them.
+TEST(Lexer, Spans) {
+    struct SpanRow {
+        const char* source;
+        const char* tokens;
+        const char* reports;
+    };
+    for (const SpanRow& row : {
+             SpanRow{"", "|", ""},
+             SpanRow{" ação\t<= 0x1F.a", "ação|<=|0x1F|.|a||", ""},
+             SpanRow{"1_0.5e-3_ 1e+ \"a\\n\"", "1_0.5e-3|_|1|e|+|\"a\\n\"||", ""},
+             SpanRow{"a // b \t\r\n\n", "a|// b|\n|", ""},
+             SpanRow{"x <- @\x80.", "x|<-|@\x80|.||", "<-|@\x80|"},
+             SpanRow{"\"a\\q\\é\"", "\"a\\q\\é\"||", "\\q|\\\xC3|"},
+             SpanRow{"\"ab\nc", "\"ab|\n|c||", "\"ab\n|"},
+             SpanRow{"c \"ab", "c|\"ab||", "\"ab|"},
+             SpanRow{"0x+99999999999999999999 1e99.b", "0x|+|99999999999999999999|1e99|.|b||",
+                     "0x|99999999999999999999|1e99|"},
+         }) {
+        SCOPED_TRACE(row.source);
+        const SourceFile source("t", row.source);
+        Diagnostics diagnostics;
+        const TokenList list = Tokenize(source, diagnostics, true);
+        std::string tokens;
+        for (const Token& token : list.tokens) {
+            if (token.kind != Tok::End) tokens += source.Slice(token.span) + "|";
+        }
+        std::string reports;
+        for (const Diagnostic& item : diagnostics.items) reports += source.Slice(item.span) + "|";
+        EXPECT_EQ(list.tokens.back().span.start, source.text.size());
+        EXPECT_EQ(tokens, row.tokens);
+        EXPECT_EQ(reports, row.reports);
+    }
 }
 
 TEST(Lexer, CommentsAreTokensOnDemand) {

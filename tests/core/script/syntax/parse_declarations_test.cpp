@@ -180,5 +180,41 @@ TEST(ParseDeclarations, WhatHoldsForTheWholeFileIsStoredFromABehaviourToo) {
     EXPECT_EQ(unit.actions.size() + unit.events.size() + unit.behaviours.size(), 3U);
 }
 
+TEST(ParseDeclarations, Spans) {
+    const Parsed parsed = ParseFile(
+        "modulo Mó\n"
+        "constante A: inteiro = 1\n"
+        "estado\n  publico v: dicionario de texto para lista de R\nfim\n"
+        "acao andar = Tecla d, eixo_controle x negativo\n"
+        "enumeracao E = um, dois\n"
+        "procedimento p(a: lista de cor, b: real)\nfim\n"
+        "a cada tick\nfim\n"
+        "comportamento B\n  parametro r: real\nfim\n");
+    ASSERT_EQ(parsed.reports, "");
+    const Unit& unit = parsed.unit;
+    const auto& bindings = unit.actions.at(0).bindings;
+    const auto& params = unit.functions.at(0).params;
+    const Section& behaviour = unit.behaviours.at(0);
+    const auto typeSpan = [&](std::int32_t type) { return unit.types.at(static_cast<std::size_t>(type)).span; };
+    const std::pair<Span, const char*> rows[] = {
+        {unit.module.span, "modulo"},
+        {unit.module.nameSpan, "Mó"},
+        {unit.module.constants.at(0).span, "constante"},
+        {unit.module.state.at(0).span, "v"},
+        {typeSpan(unit.module.state.at(0).type), "dicionario de texto para lista de R"},
+        {bindings.at(0).span, "Tecla d,"},
+        {bindings.at(1).span, "eixo_controle x negativo\n"},
+        {unit.enums.at(0).memberSpans.at(1), "dois"},
+        {unit.functions.at(0).span, "procedimento"},
+        {params.at(0).span, "a: lista de cor,"},
+        {params.at(1).span, "b: real)"},
+        {unit.module.hooks.at(0).span, "a"},
+        {behaviour.span, "comportamento"},
+        {behaviour.nameSpan, "B"},
+        {behaviour.parameters.at(0).span, "parametro"},
+    };
+    for (const auto& [span, text] : rows) EXPECT_EQ(unit.source.Slice(span), text);
+}
+
 }  // namespace
 }  // namespace tavrel::core::script

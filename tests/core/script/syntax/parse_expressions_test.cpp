@@ -89,8 +89,14 @@ TEST(ParseExpressions, Spans) {
         "constante D = inteiro()\n"
         "constante E = a.b[1]\n"
         "constante F = [1, 2]\n"
-        "constante G = nao -a\n");
-    const char* spans[] = {"a) + b", "f(1, 2)", "f(", "inteiro", "a.b[", "[1, 2]", "nao -a"};
+        "constante G = nao -a\n"
+        "constante H = inteiro(1, 2)\n"
+        "constante I = [\"a\": 1,\n]\n"
+        "constante J = a ou (b)\n"
+        "constante K = []\n"
+        "constante L = a.)\n");
+    const char* spans[] = {"a) + b",        "f(1, 2)",       "f(",      "inteiro", "a.b[", "[1, 2]", "nao -a",
+                           "inteiro(1, 2)", "[\"a\": 1,\n]", "a ou (b", "[]",      "a.)"};
     for (std::size_t at = 0; at < std::size(spans); ++at) {
         const auto init = static_cast<std::size_t>(parsed.unit.module.constants.at(at).init);
         EXPECT_EQ(parsed.unit.source.Slice(parsed.unit.exprs[init].span), spans[at]);

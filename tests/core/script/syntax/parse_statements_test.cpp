@@ -39,7 +39,7 @@ TEST(ParseStatements, If) {
 TEST(ParseStatements, Loops) {
     ExpectRows({{"enquanto a\npare\ncontinue\nfim", "{(while a {pare; continue})}"},
                 {"para i de 1 até 3\nf(i)\nfim", "{(for i 1 3 - {(call f i)})}"},
-                {"para i De n ATE 1 passo -1\nfim", "{(for i n 1 (- 1) {})}"},
+                {"para i De n ATÉ 1 passo -1\nfim", "{(for i n 1 (- 1) {})}"},
                 {"para cada x em l\nfim\npara Cada x em l\nfim", "{(each x l {}); (each x l {})}"}});
 }
 
