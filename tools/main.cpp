@@ -8,6 +8,7 @@
 #include "tools/arguments.h"
 #include "tools/commands.h"
 #include "tools/console.h"
+#include "tools/memory.h"
 #include "tools/usage.h"
 
 namespace tavrel::tools {
@@ -42,6 +43,7 @@ int Dispatch(const std::vector<std::string>& args) {
 
 // The standard library throws only when memory ends; nothing of ours throws.
 int main(int argc, char** argv) {
+    tavrel::tools::PrepareMemory();
     try {
         return tavrel::tools::Dispatch(tavrel::core::Arguments(argc, argv));
     } catch (const std::bad_alloc&) {

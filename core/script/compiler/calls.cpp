@@ -1,4 +1,6 @@
 // Calls: which form a call has, its arguments, and functions of the script.
+#include <algorithm>
+
 #include "core/script/compiler/compiler.h"
 #include "core/script/source/fold.h"
 
@@ -24,6 +26,8 @@ TypeId Compiler::CompileReceiverCall(const Expr& call, TypeId receiver) {
     if (info.kind == Kind::Space) return CompileHostCall(call, std::string(info.name), FoldName(callee.text));
     return CompileMethodCall(call, receiver, callee.text);
 }
+
+bool Arguments::Failed() const { return std::find(types.begin(), types.end(), FailedType) != types.end(); }
 
 Arguments Compiler::CompileArguments(const Expr& call) {
     Arguments arguments;

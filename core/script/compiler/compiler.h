@@ -114,6 +114,9 @@ struct LoopPatch {
 struct Arguments {
     std::vector<TypeId> types;
     std::vector<std::size_t> offsets;
+
+    // Some argument has failed: it is reported, and the call says nothing more.
+    [[nodiscard]] bool Failed() const;
 };
 
 // What every hook may do.
@@ -226,7 +229,7 @@ private:
     void AnalyzePermissions();
     void MergeHookCalls(const Section& section, std::int32_t owner);
     void PropagatePermits();
-    [[nodiscard]] std::vector<std::int32_t> CollectCalls(const Unit& where, IndexList block, std::int32_t owner);
+    [[nodiscard]] std::vector<std::int32_t> CollectCalls(const Unit& where, IndexList exprs, std::int32_t owner);
     bool CheckHooks(HookMask allowed, Span span, const std::string& name, bool effect);
     bool CheckWrite(const Place& place, Span span, const std::string& name);
     void RefuseWrite(const Place& place, Span span, const std::string& name);
@@ -335,8 +338,7 @@ private:
 
         [[nodiscard]] std::size_t Count() const { return arguments.types.size(); }
         [[nodiscard]] TypeId Type(std::size_t index) const { return arguments.types[index]; }
-        // Some argument has failed: it is reported, and the call says nothing more.
-        [[nodiscard]] bool Failed() const;
+        [[nodiscard]] bool Failed() const { return arguments.Failed(); }
     };
     TypeId CompileNativeCall(const Expr& call, NameId name);
     TypeId EmitNativeCall(const NativeCall& native, Native number, TypeId result);

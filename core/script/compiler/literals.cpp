@@ -75,9 +75,7 @@ TypeId Compiler::CompileDictLit(const Expr& expr) {
 TypeId Compiler::CompileConstruct(const Expr& expr) {
     if (!RejectLabels(expr, "esta conversao")) return FailedType;
     Arguments arguments = CompileArguments(expr);
-    for (TypeId type : arguments.types) {
-        if (type == FailedType) return FailedType;
-    }
+    if (arguments.Failed()) return FailedType;
     switch (expr.op) {
         case Tok::Inteiro:
         case Tok::Real: return ConstructNumber(expr, arguments);
@@ -119,10 +117,10 @@ TypeId Compiler::ConstructText(const Expr& expr, const Arguments& arguments) {
 
 TypeId Compiler::ConstructVector(const Expr& expr, Arguments& arguments) {
     for (std::size_t i = 0; i < arguments.types.size(); ++i) Fits(expr, arguments, i, RealType);
+    if (arguments.Failed()) return FailedType;
     for (std::size_t i = 0; i < arguments.types.size(); ++i) {
         TypeId type = arguments.types[i];
         if (type == RealType) continue;
-        if (type == FailedType) return FailedType;
         Error(SpanOf(unit->Indices(expr.items)[i]), "cada valor aqui e um real, e este e " + TypeName(type),
               type == IntType ? "escreva real(...) ou ponha um ponto no numero" : "");
         return FailedType;

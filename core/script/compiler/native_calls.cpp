@@ -98,10 +98,6 @@ constexpr std::size_t MostArguments = 255;
 
 }  // namespace
 
-bool Compiler::NativeCall::Failed() const {
-    return std::find(arguments.types.begin(), arguments.types.end(), FailedType) != arguments.types.end();
-}
-
 TypeId Compiler::CompileNativeCall(const Expr& call, NameId name) {
     std::string_view written = ExprAt(call.left).text;
     if (!RejectLabels(call, written)) return FailedType;
@@ -177,10 +173,11 @@ TypeId Compiler::CompileFormat(NativeCall& native) {
         return RefuseNative(native, "formatar(modelo, valores...)");
     }
     if (native.Count() > MostArguments) return RefuseNative(native, "formatar com ate 254 valores");
+    bool good = true;
     for (std::size_t i = 1; i < native.Count(); ++i) {
-        if (RejectProcedure(unit->Indices(native.call.items)[i], native.Type(i))) return FailedType;
+        good = !RejectProcedure(unit->Indices(native.call.items)[i], native.Type(i)) && good;
     }
-    return EmitNativeCall(native, Native::Format, TextType);
+    return good ? EmitNativeCall(native, Native::Format, TextType) : FailedType;
 }
 
 TypeId Compiler::CompileSize(NativeCall& native) {
@@ -223,9 +220,9 @@ TypeId Compiler::CompileCopy(NativeCall& native) {
 TypeId Compiler::CompileFloatNative(NativeCall& native, Native number, std::size_t count) {
     if (native.Count() != count) return RefuseNative(native, count == 1 ? "com um real" : "com dois reais");
     for (std::size_t i = 0; i < count; ++i) Fits(native.call, native.arguments, i, RealType);
+    if (native.Failed()) return FailedType;
     for (std::size_t i = 0; i < count; ++i) {
         TypeId type = native.Type(i);
-        if (type == FailedType) return FailedType;
         if (type == RealType) continue;
         Error(SpanOf(unit->Indices(native.call.items)[i]),
               Quoted(native.name) + " trabalha com real, e este e " + TypeName(type),
@@ -235,10 +232,10 @@ TypeId Compiler::CompileFloatNative(NativeCall& native, Native number, std::size
     return EmitNativeCall(native, number, RealType);
 }
 
-// Numbers of one type in, that type out.
+// Numbers of one type in, that type out. A single argument has no siblings to share with.
 TypeId Compiler::CompileShared(NativeCall& native, Native integer, Native real, std::size_t count,
                                const char* mismatch, const char* kinds) {
-    ShareReal(native.call, native.arguments);
+    if (count > 1) ShareReal(native.call, native.arguments);
     if (native.Failed()) return FailedType;
     const std::vector<TypeId>& types = native.arguments.types;
     if (types.size() != count || std::count(types.begin(), types.end(), types[0]) != static_cast<int>(count)) {

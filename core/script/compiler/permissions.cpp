@@ -49,52 +49,6 @@ const char* WriteHint(GlobalCategory category) {
     }
 }
 
-// Everything that hangs below a block, on a stack of its own: chains of operators are deep as trees.
-class TreeWalk {
-public:
-    TreeWalk(const Unit& walked, IndexList block) : unit(walked) { PushAll(stmts, block); }
-
-    // The next expression, or null at the end.
-    const Expr* Next() {
-        while (exprs.empty() && !stmts.empty()) OpenStatement();
-        if (exprs.empty()) return nullptr;
-        const Expr& expr = unit.exprs[static_cast<std::size_t>(exprs.back())];
-        exprs.pop_back();
-        Push(expr.left);
-        Push(expr.right);
-        PushAll(exprs, expr.items);
-        PushAll(exprs, expr.keys);
-        return &expr;
-    }
-
-private:
-    void OpenStatement() {
-        const Stmt& stmt = unit.stmts[static_cast<std::size_t>(stmts.back())];
-        stmts.pop_back();
-        for (std::int32_t expr : {stmt.value, stmt.target, stmt.from, stmt.to, stmt.step}) Push(expr);
-        for (const Branch& branch : unit.Branches(stmt.branches)) {
-            Push(branch.condition);
-            PushAll(exprs, branch.values);
-            PushAll(stmts, branch.body);
-        }
-        PushAll(stmts, stmt.body);
-        PushAll(stmts, stmt.elseBody);
-    }
-
-    void Push(std::int32_t expr) {
-        if (expr >= 0) exprs.push_back(expr);
-    }
-
-    void PushAll(std::vector<std::int32_t>& stack, IndexList list) {
-        std::span<const std::int32_t> entries = unit.Indices(list);
-        stack.insert(stack.end(), entries.begin(), entries.end());
-    }
-
-    const Unit& unit;
-    std::vector<std::int32_t> stmts;
-    std::vector<std::int32_t> exprs;
-};
-
 }  // namespace
 
 Permits HookPermits(HookKind kind) {
@@ -130,7 +84,7 @@ void Compiler::AnalyzePermissions() {
 void Compiler::MergeHookCalls(const Section& section, std::int32_t owner) {
     for (const HookDecl& hook : section.hooks) {
         Permits hookPermits = HookPermits(hook.kind);
-        for (std::int32_t callee : CollectCalls(units[0], hook.body, owner)) {
+        for (std::int32_t callee : CollectCalls(units[0], hook.bodyExprs, owner)) {
             Merge(functions[static_cast<std::size_t>(callee)].permits, hookPermits);
         }
     }
@@ -155,7 +109,7 @@ void Compiler::PropagatePermits() {
         queue.pop_back();
         pending[at] = false;
         const FunctionEntry& caller = functions[at];
-        if (!known[at]) calls[at] = CollectCalls(*caller.unit, caller.declaration->body, caller.behaviour);
+        if (!known[at]) calls[at] = CollectCalls(*caller.unit, caller.declaration->bodyExprs, caller.behaviour);
         known[at] = true;
         for (std::int32_t callee : calls[at]) {
             auto calleeAt = static_cast<std::size_t>(callee);
@@ -164,13 +118,12 @@ void Compiler::PropagatePermits() {
     }
 }
 
-// The entries that a block calls by name, ascending. Methods and calls of the world add nothing.
-std::vector<std::int32_t> Compiler::CollectCalls(const Unit& where, IndexList block, std::int32_t owner) {
+// The entries that the expressions of a body call by name, ascending. Methods and calls of the world add nothing.
+std::vector<std::int32_t> Compiler::CollectCalls(const Unit& where, IndexList exprs, std::int32_t owner) {
     std::vector<std::int32_t> calls;
-    TreeWalk walk(where, block);
-    while (const Expr* expr = walk.Next()) {
-        if (expr->kind != ExprKind::Call) continue;
-        const Expr& callee = where.exprs[static_cast<std::size_t>(expr->left)];
+    for (const Expr& expr : where.Exprs(exprs)) {
+        if (expr.kind != ExprKind::Call) continue;
+        const Expr& callee = where.exprs[static_cast<std::size_t>(expr.left)];
         if (callee.kind != ExprKind::Name) continue;
         std::int32_t entry = FindFunction(names.Intern(callee.text), owner);
         if (entry >= 0) calls.push_back(entry);

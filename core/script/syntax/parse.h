@@ -12,7 +12,7 @@ namespace tavrel::core::script {
 
 // How deep expressions, types and blocks may nest, all counted together; far above what people write, and low enough
 // for the smallest main stack that we run on. A deeper source is reported once and not read further.
-inline constexpr int MaxNesting = 400;
+inline constexpr int MaxNesting = 500;
 
 // Moves `source` into `unit`, reads it, and leaves in `unit` what could be read. True when `diagnostics` holds no
 // error at the end, faults reported there before included.

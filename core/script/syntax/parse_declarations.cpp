@@ -71,7 +71,7 @@ void Parser::ParseFunction(Section& section) {
     ParseParams(function.params);
     if (!ParseReturnType(function)) return RecoverLine();
     EndOfLine();
-    function.body = ParseBlock();
+    function.body = ParseBody(function.bodyExprs);
     ExpectEnd(function.isProcedure ? "procedimento" : "funcao");
     section.functions.push_back(CountOf(unit->functions.size()));
     unit->functions.push_back(std::move(function));

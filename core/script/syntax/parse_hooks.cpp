@@ -47,7 +47,7 @@ void Parser::ParseHook(Section& section, bool inBehaviour) {
     CheckHookPlace(hook, inBehaviour);
     ParseParams(hook.params);
     EndOfLine();
-    hook.body = ParseBlock();
+    hook.body = ParseBody(hook.bodyExprs);
     ExpectEnd(HookName(hook.kind));
     ReportSecondHook(section, hook);
     section.hooks.push_back(std::move(hook));

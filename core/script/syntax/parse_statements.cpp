@@ -50,6 +50,13 @@ IndexList Parser::ParseBlock() {
     return CloseIndices(mark);
 }
 
+IndexList Parser::ParseBody(IndexList& exprs) {
+    exprs.first = CountOf(unit->exprs.size());
+    const IndexList body = ParseBlock();
+    exprs.count = CountOf(unit->exprs.size()) - exprs.first;
+    return body;
+}
+
 IndexList Parser::ParseIfBody() {
     if (Match(Tok::Newline)) return ParseBlock();
     const bool wasSingleLine = singleLine;

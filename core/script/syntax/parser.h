@@ -139,6 +139,8 @@ private:
     std::int32_t ParseStatement();
     std::int32_t ParseStatementByWord();
     IndexList ParseBlock();
+    // The block of a function or hook, with the run of its expressions.
+    IndexList ParseBody(IndexList& exprs);
     IndexList ParseIfBody();
     IndexList ParseLineBody();
     std::int32_t ParseDeclare();

@@ -24,4 +24,8 @@ std::span<const Branch> Unit::Branches(IndexList list) const {
     return Run(branches, list);
 }
 
+std::span<const Expr> Unit::Exprs(IndexList list) const {
+    return Run(exprs, list);
+}
+
 }  // namespace tavrel::core::script

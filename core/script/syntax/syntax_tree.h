@@ -17,7 +17,7 @@
 
 namespace tavrel::core::script {
 
-// A run of entries in one of the Unit's pools.
+// A run of entries in one of the Unit's vectors.
 struct IndexList {
     std::int32_t first = 0;
     std::int32_t count = 0;
@@ -127,6 +127,7 @@ struct FunctionDecl {
     std::int32_t returnType = -1;  // into types; -1 for a procedure
     bool isProcedure = false;
     IndexList body;  // in Unit::indices
+    IndexList bodyExprs;  // in Unit::exprs: every expression of the body, in one run
     Span span;       // the "funcao" or "procedimento" word
 };
 
@@ -134,6 +135,7 @@ struct HookDecl {
     HookKind kind = HookKind::Start;
     std::vector<Param> params;
     IndexList body;  // in Unit::indices
+    IndexList bodyExprs;  // in Unit::exprs: every expression of the body, in one run
     Span span;       // the first word of the hook
 };
 
@@ -213,6 +215,7 @@ struct Unit {
     [[nodiscard]] std::span<const std::int32_t> Indices(IndexList list) const;
     [[nodiscard]] std::span<const std::string_view> Labels(IndexList list) const;
     [[nodiscard]] std::span<const Branch> Branches(IndexList list) const;
+    [[nodiscard]] std::span<const Expr> Exprs(IndexList list) const;
 };
 
 }  // namespace tavrel::core::script

@@ -22,15 +22,15 @@ TEST(Parse, NestingPastTheLimitIsReportedOnce) {
         const Parsed parsed = ParseFile(std::string("modulo M\nprocedimento p()\n") + head + Repeat(unit, 100000));
         EXPECT_FALSE(parsed.isGood);
         EXPECT_EQ(parsed.reports.substr(parsed.reports.find(": erro: ")),
-                  ": erro: o codigo esta aninhado demais: o limite e de 400 niveis\n"
+                  ": erro: o codigo esta aninhado demais: o limite e de 500 niveis\n"
                   "  divida esta parte em funcoes ou variaveis menores\n");
     }
 }
 
 TEST(Parse, NestingUpToTheLimitIsFine) {
-    EXPECT_EQ(ParseFile("modulo M\nconstante A = " + Repeat("(", 399) + "1" + Repeat(")", 399)).reports, "");
-    EXPECT_EQ(ParseFile("modulo M\nconstante A = " + Repeat("(", 400) + "1" + Repeat(")", 400)).reports,
-              "t:2:415: erro: o codigo esta aninhado demais: o limite e de 400 niveis\n"
+    EXPECT_EQ(ParseFile("modulo M\nconstante A = " + Repeat("(", 499) + "1" + Repeat(")", 499)).reports, "");
+    EXPECT_EQ(ParseFile("modulo M\nconstante A = " + Repeat("(", 500) + "1" + Repeat(")", 500)).reports,
+              "t:2:515: erro: o codigo esta aninhado demais: o limite e de 500 niveis\n"
               "  divida esta parte em funcoes ou variaveis menores\n");
 }
 
