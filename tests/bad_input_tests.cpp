@@ -293,9 +293,10 @@ TEST(BadInput, NamesNeedNotBeAscii) {
 // A chain of files of which each imports the next; the last one imports `last`.
 void WriteImports(const fs::path& folder, int count, const std::string& last) {
     for (int index = 0; index < count; ++index) {
-        const std::string next = index + 1 < count ? "f" + std::to_string(index + 1) : last;
-        WriteFile(folder / ("f" + std::to_string(index) + ".tvl"),
-                  "modulo F\n" + (next.empty() ? "" : "importar \"" + next + "\"\n"));
+        const std::string next = index + 1 < count ? std::string("f").append(std::to_string(index + 1)) : last;
+        std::string text = "modulo F\n";
+        if (!next.empty()) text.append("importar \"").append(next).append("\"\n");
+        WriteFile(folder / ("f" + std::to_string(index) + ".tvl"), text);
     }
 }
 

@@ -63,8 +63,9 @@ std::string ManyBranches(int count) {
 }
 
 std::string TallList(int elements, int gap) {
+    const std::string separator = std::string(",").append(Repeat("\n", gap)).append("\n");
     return Head + "constante A: lista de inteiro = [\n" +
-           Join(elements, "," + Repeat("\n", gap) + "\n", [](const std::string& number) { return number; }) + "\n]\n";
+           Join(elements, separator, [](const std::string& number) { return number; }) + "\n]\n";
 }
 
 std::string WideCall(int params, bool inBehaviour) {

@@ -414,7 +414,7 @@ void Lexer::ReadUnknown() {
     const std::size_t start = position++;
     const std::size_t limit = std::min(start + longestCharacter, size);
     while (position < limit && !StartsCharacter(static_cast<unsigned char>(text[position]))) ++position;
-    Report(start, position, "\"" + std::string(View(start, position)) + "\" nao e usado nesta linguagem");
+    Report(start, position, std::string("\"").append(View(start, position)).append("\" nao e usado nesta linguagem"));
     Append(Tok::Newline, start, position);
 }
 

@@ -108,7 +108,8 @@ private:
     std::string Entries(const Expr& expr) const {
         std::string text;
         for (std::size_t at = 0; at < unit.Indices(expr.items).size(); ++at) {
-            text += " " + Expression(unit.Indices(expr.keys)[at]) + ":" + Expression(unit.Indices(expr.items)[at]);
+            text.append(" ").append(Expression(unit.Indices(expr.keys)[at]));
+            text.append(":").append(Expression(unit.Indices(expr.items)[at]));
         }
         return text;
     }
