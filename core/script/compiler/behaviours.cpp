@@ -28,8 +28,7 @@ void AddField(BehaviourInfo& info, RecordInfo& record, const std::string& name, 
 }
 
 bool MayBeParameter(Kind kind) {
-    return kind == Kind::Unknown || kind == Kind::Int || kind == Kind::Real || kind == Kind::Bool ||
-           kind == Kind::Text;
+    return kind == Kind::Unknown || kind == Kind::Int || kind == Kind::Real || kind == Kind::Bool || kind == Kind::Text;
 }
 
 }  // namespace
@@ -63,8 +62,7 @@ void Compiler::CollectBehaviour(const Section& section) {
         AddField(info, record, field.name, ResolveType(units[0], field.type), GlobalCategory::Derived);
     }
     if (section.hasProgress) {
-        Error(units[0], section.span, "um comportamento nao tem \"progresso\"",
-              "o progresso do jogador e do modulo");
+        Error(units[0], section.span, "um comportamento nao tem \"progresso\"", "o progresso do jogador e do modulo");
     }
     info.record = static_cast<std::int32_t>(program->records.size());
     for (std::size_t i = 0; i < record.fieldNames.size(); ++i) {
@@ -107,8 +105,7 @@ void Compiler::FindOwner(const Section& section, BehaviourInfo& info) {
         hasPrivate = hasPrivate || info.fieldPrivate[i];
     }
     if (hasPrivate && info.ownerField < 0) {
-        Error(units[0], section.span,
-              "o comportamento " + Quoted(section.name) + " tem campo privado e nao tem dono",
+        Error(units[0], section.span, "o comportamento " + Quoted(section.name) + " tem campo privado e nao tem dono",
               "declare \"parametro dono: inteiro\" (ou \"dono: inteiro\" no estado): o numero do jogador que recebe "
               "os campos privados");
     }

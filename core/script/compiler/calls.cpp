@@ -27,7 +27,9 @@ TypeId Compiler::CompileReceiverCall(const Expr& call, TypeId receiver) {
     return CompileMethodCall(call, receiver, callee.text);
 }
 
-bool Arguments::Failed() const { return std::find(types.begin(), types.end(), FailedType) != types.end(); }
+bool Arguments::Failed() const {
+    return std::find(types.begin(), types.end(), FailedType) != types.end();
+}
 
 Arguments Compiler::CompileArguments(const Expr& call) {
     Arguments arguments;
@@ -65,8 +67,8 @@ TypeId Compiler::CompileUserCall(const Expr& call, std::int32_t entry, std::stri
     if (passesInstance) EmitIndexed(Op::LoadLocal, 0, call.span);
     std::size_t given = static_cast<std::size_t>(call.items.count);
     if (given != callee.params.size()) {
-        Error(call.span, Quoted(name) + " espera " + std::to_string(callee.params.size()) +
-                             " argumento(s) e recebeu " + std::to_string(given));
+        Error(call.span, Quoted(name) + " espera " + std::to_string(callee.params.size()) + " argumento(s) e recebeu " +
+                             std::to_string(given));
         CompileForErrors(call);
         return callee.result;
     }
@@ -80,8 +82,8 @@ void Compiler::CompileUserArgument(const Expr& call, std::size_t index, TypeId w
     std::int32_t item = unit->Indices(call.items)[index];
     TypeId type = CompileValue(item, wanted);
     if (type == FailedType || wanted == FailedType || type == wanted) return;
-    Error(SpanOf(item), "o argumento " + std::to_string(index + 1) + " de " + Quoted(name) + " e " +
-                            TypeName(wanted) + ", e veio " + TypeName(type));
+    Error(SpanOf(item), "o argumento " + std::to_string(index + 1) + " de " + Quoted(name) + " e " + TypeName(wanted) +
+                            ", e veio " + TypeName(type));
 }
 
 TypeId Compiler::WrittenAs(const Expr& call, std::string_view name, std::string_view form) {

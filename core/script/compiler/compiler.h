@@ -60,8 +60,8 @@ struct FunctionEntry {
 enum class DefaultKind : std::int32_t {
     None = 0,
     Integer = 1,
-    Real = 2,    // components[0]
-    Bool = 3,    // integer 0 or 1
+    Real = 2,  // components[0]
+    Bool = 3,  // integer 0 or 1
     Text = 4,
     Handle = 5,  // count: 0 objeto, 1 corpo, 2 som
     Vector = 6,  // count components
@@ -416,13 +416,13 @@ private:
     const Api* api;
 
     NameTable names;
-    NameMap typeNames;          // to type ids
-    NameMap enumMembers;        // into enumMemberPlaces
-    NameMap globalNames;        // into Program::globals
-    NameMap moduleFunctions;    // into functions: the first of that name outside behaviours
-    NameMap actionNames;        // into Program::actions
-    NameMap eventNames;         // into Program::events
-    NameMap localNames;         // into locals: what the name means in the open scopes
+    NameMap typeNames;        // to type ids
+    NameMap enumMembers;      // into enumMemberPlaces
+    NameMap globalNames;      // into Program::globals
+    NameMap moduleFunctions;  // into functions: the first of that name outside behaviours
+    NameMap actionNames;      // into Program::actions
+    NameMap eventNames;       // into Program::events
+    NameMap localNames;       // into locals: what the name means in the open scopes
     std::vector<std::pair<std::int32_t, std::int32_t>> enumMemberPlaces;  // enumeration and member
     // Under a behaviour or record in the high half and a name in the low half.
     std::unordered_map<std::uint64_t, std::int32_t> behaviourFunctions;  // into functions: the first of that name
@@ -442,7 +442,7 @@ private:
 
     std::size_t apiRecordCount = 0;           // how many of the first records come from the world
     std::vector<std::int32_t> recordIndices;  // of each declaration, into Program::records; -1 for a rejected one
-    std::vector<std::vector<HostDefault>> recordDefaults;                        // of each record of the world
+    std::vector<std::vector<HostDefault>> recordDefaults;                       // of each record of the world
     std::vector<std::pair<const Unit*, const RecordDecl*>> recordDeclarations;  // of each record behind those
 
     std::size_t defaultCode = 0;  // operations that declared defaults of records took so far
@@ -463,7 +463,7 @@ private:
     std::vector<LoopPatch> loops;
     std::vector<Instruction> codeBuffer;    // room for the code of the next function
     std::vector<std::uint32_t> spanBuffer;  // and for its spans
-    std::vector<std::int32_t> leftChain;  // operators that wait for their left operand, of all open CompileExpr
+    std::vector<std::int32_t> leftChain;    // operators that wait for their left operand, of all open CompileExpr
 };
 
 }  // namespace tavrel::core::script

@@ -51,7 +51,9 @@ void Compiler::EmitReal(float value, Span span) {
     Emit(Op::PushReal, 0, 0, std::bit_cast<std::uint32_t>(value), span);
 }
 
-void Compiler::EmitBool(bool value, Span span) { Emit(Op::PushBool, value ? 1 : 0, 0, 0, span); }
+void Compiler::EmitBool(bool value, Span span) {
+    Emit(Op::PushBool, value ? 1 : 0, 0, 0, span);
+}
 
 std::int32_t Compiler::InternText(std::string_view text) {
     std::int32_t index = textPool.InternExact(text);
@@ -59,7 +61,9 @@ std::int32_t Compiler::InternText(std::string_view text) {
     return index;
 }
 
-void Compiler::EmitText(std::string_view text, Span span) { EmitIndexed(Op::PushText, InternText(text), span); }
+void Compiler::EmitText(std::string_view text, Span span) {
+    EmitIndexed(Op::PushText, InternText(text), span);
+}
 
 void Compiler::EmitEnum(std::int32_t enumeration, std::int32_t member, Span span) {
     if (enumeration > LargestEnumOperand) {

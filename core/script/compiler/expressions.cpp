@@ -139,8 +139,7 @@ TypeId Compiler::CompilePlace(const Expr& expr, const Place& place) {
     }
     bool constant = place.kind == PlaceKind::Global && place.category == GlobalCategory::Constant;
     if (permits.rule && !constant) {
-        Error(expr.span,
-              Quoted(expr.text) + " nao pode ser lida aqui: esta funcao e uma regra de relevo ou de chao",
+        Error(expr.span, Quoted(expr.text) + " nao pode ser lida aqui: esta funcao e uma regra de relevo ou de chao",
               "ela roda sobre uma copia do terreno, fora do quadro, e so alcanca os argumentos e as constantes");
         return FailedType;
     }

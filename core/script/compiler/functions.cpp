@@ -18,7 +18,9 @@ struct ReservedRow {
     Permits permits;
 };
 
-Permits RulePermits() { return {.writes = 0, .random = false, .rule = true, .reached = true, .hooks = 0}; }
+Permits RulePermits() {
+    return {.writes = 0, .random = false, .rule = true, .reached = true, .hooks = 0};
+}
 
 // By ReservedFunction. Types are compared by their texts.
 const std::array<ReservedRow, ReservedFunctionCount>& ReservedFunctions() {

@@ -22,8 +22,7 @@ bool IsPublishedName(const std::string& name) {
 }
 
 bool MayBePublished(Kind kind) {
-    return kind == Kind::Int || kind == Kind::Real || kind == Kind::Bool || kind == Kind::Vec3 ||
-           kind == Kind::Unknown;
+    return kind == Kind::Int || kind == Kind::Real || kind == Kind::Bool || kind == Kind::Vec3 || kind == Kind::Unknown;
 }
 
 }  // namespace

@@ -56,8 +56,8 @@ void Compiler::CompileHook(const HookDecl& hook, std::int32_t owner) {
 void Compiler::CheckHookParams(const HookDecl& hook) {
     for (const HookForm& form : HookForms) {
         if (form.kind != hook.kind) continue;
-        bool good = hook.params.size() == 1 &&
-                    unit->types[static_cast<std::size_t>(hook.params[0].type)].kind == form.argument;
+        bool good =
+            hook.params.size() == 1 && unit->types[static_cast<std::size_t>(hook.params[0].type)].kind == form.argument;
         if (!good) Error(hook.span, "este gancho se escreve " + Quoted(form.form));
         return;
     }

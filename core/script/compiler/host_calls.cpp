@@ -52,8 +52,8 @@ bool Compiler::PlaceArguments(const Expr& call, const HostSignature& signature, 
             Error(SpanOf(items[i]), "depois de um argumento com nome, todos precisam de nome");
             good = false;
         } else if (i >= slots.size()) {
-            Error(call.span, Quoted(fullName) + " espera " + std::to_string(slots.size()) +
-                                 " argumento(s) e recebeu " + std::to_string(items.size()));
+            Error(call.span, Quoted(fullName) + " espera " + std::to_string(slots.size()) + " argumento(s) e recebeu " +
+                                 std::to_string(items.size()));
             return false;
         } else {
             slots[i] = items[i];

@@ -41,9 +41,13 @@ bool Compiler::IsOverEvents(const Expr& field) {
     return root.kind == ExprKind::Name && FoldsTo(root.text, "eventos") && !globalNames.Has(names.Intern("eventos"));
 }
 
-bool Compiler::IsEventReading(const Expr& field) { return IsOverEvents(field); }
+bool Compiler::IsEventReading(const Expr& field) {
+    return IsOverEvents(field);
+}
 
-bool Compiler::IsEmission(const Expr& callee) { return FoldsTo(callee.text, "emitir") && IsOverEvents(callee); }
+bool Compiler::IsEmission(const Expr& callee) {
+    return FoldsTo(callee.text, "emitir") && IsOverEvents(callee);
+}
 
 TypeId Compiler::CompileInputReading(const Expr& expr) {
     std::string_view reading = names.Folded(names.Intern(expr.text));
@@ -81,7 +85,8 @@ bool Compiler::CompilePlayer(const Expr& root, Span span) {
         return true;
     }
     if (root.items.count != 1) {
-        Error(root.span, "\"entrada(jogador)\" recebe um numero de jogador", "o jogador 1 e \"entrada\" sem parenteses");
+        Error(root.span, "\"entrada(jogador)\" recebe um numero de jogador",
+              "o jogador 1 e \"entrada\" sem parenteses");
         return false;
     }
     std::int32_t player = unit->Indices(root.items)[0];
@@ -194,7 +199,8 @@ TypeId Compiler::CompileEmission(const Expr& call) {
     std::int32_t item = unit->Indices(call.items)[0];
     TypeId type = CompileValue(item, event->type);
     if (type != FailedType && type != event->type) {
-        Error(SpanOf(item), "o valor de " + Quoted(name) + " e " + TypeName(event->type) + ", e veio " + TypeName(type));
+        Error(SpanOf(item),
+              "o valor de " + Quoted(name) + " e " + TypeName(event->type) + ", e veio " + TypeName(type));
         return FailedType;
     }
     EmitIndexed(Op::StoreGlobal, event->valueGlobal, call.span);

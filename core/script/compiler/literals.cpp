@@ -8,7 +8,9 @@ namespace {
 // What an 8-bit operand can count.
 constexpr std::int32_t MostElements = 255;
 
-std::string ConversionForm(const char* form) { return std::string("esta conversao se escreve ") + form; }
+std::string ConversionForm(const char* form) {
+    return std::string("esta conversao se escreve ") + form;
+}
 
 }  // namespace
 
@@ -98,7 +100,8 @@ TypeId Compiler::ConstructNumber(const Expr& expr, const Arguments& arguments) {
         return wanted;
     }
     if (given == TextType) {
-        Error(expr.span, ConversionForm(toInteger ? "inteiro_de_texto(texto, padrao)" : "real_de_texto(texto, padrao)"));
+        Error(expr.span,
+              ConversionForm(toInteger ? "inteiro_de_texto(texto, padrao)" : "real_de_texto(texto, padrao)"));
     } else {
         Error(expr.span, ConversionForm(toInteger ? "inteiro(um real)" : "real(um inteiro)"));
     }

@@ -54,7 +54,9 @@ std::int32_t Compiler::RecordField(std::int32_t record, NameId name) const {
     return found == fieldNames.end() ? -1 : found->second;
 }
 
-void Compiler::PushScope() { scopes.push_back(locals.size()); }
+void Compiler::PushScope() {
+    scopes.push_back(locals.size());
+}
 
 void Compiler::CloseScope() {
     while (locals.size() > scopes.back()) {
@@ -85,6 +87,8 @@ std::int32_t Compiler::NewLocal(NameId name, TypeId type, bool writable) {
     return local.slot;
 }
 
-std::int32_t Compiler::HiddenLocal(TypeId type) { return NewLocal(-1, type, true); }
+std::int32_t Compiler::HiddenLocal(TypeId type) {
+    return NewLocal(-1, type, true);
+}
 
 }  // namespace tavrel::core::script

@@ -78,8 +78,9 @@ static_assert(std::is_sorted(std::begin(Rows), std::end(Rows),
                              [](const NativeRow& one, const NativeRow& other) { return one.name < other.name; }));
 
 const NativeRow* FindNative(std::string_view folded) {
-    const NativeRow* row = std::lower_bound(std::begin(Rows), std::end(Rows), folded,
-                                            [](const NativeRow& one, std::string_view name) { return one.name < name; });
+    const NativeRow* row =
+        std::lower_bound(std::begin(Rows), std::end(Rows), folded,
+                         [](const NativeRow& one, std::string_view name) { return one.name < name; });
     return row != std::end(Rows) && row->name == folded ? row : nullptr;
 }
 
@@ -233,8 +234,8 @@ TypeId Compiler::CompileFloatNative(NativeCall& native, Native number, std::size
 }
 
 // Numbers of one type in, that type out. A single argument has no siblings to share with.
-TypeId Compiler::CompileShared(NativeCall& native, Native integer, Native real, std::size_t count,
-                               const char* mismatch, const char* kinds) {
+TypeId Compiler::CompileShared(NativeCall& native, Native integer, Native real, std::size_t count, const char* mismatch,
+                               const char* kinds) {
     if (count > 1) ShareReal(native.call, native.arguments);
     if (native.Failed()) return FailedType;
     const std::vector<TypeId>& types = native.arguments.types;
@@ -284,9 +285,8 @@ TypeId Compiler::CompileRandom(NativeCall& native, bool real) {
                                                      : RefuseNative(native, "aleatorio_real(de, ate)");
     }
     if (native.Count() == 0) return EmitNativeCall(native, Native::Random, RealType);
-    return FitsAll(native, {IntType, IntType})
-               ? EmitNativeCall(native, Native::RandomInt, IntType)
-               : RefuseNative(native, "aleatorio() ou aleatorio(de, ate) com inteiros");
+    return FitsAll(native, {IntType, IntType}) ? EmitNativeCall(native, Native::RandomInt, IntType)
+                                               : RefuseNative(native, "aleatorio() ou aleatorio(de, ate) com inteiros");
 }
 
 }  // namespace tavrel::core::script

@@ -10,7 +10,9 @@ std::uint8_t ComparisonOperand(Tok op) {
     return static_cast<std::uint8_t>(static_cast<int>(op) - static_cast<int>(Tok::Equal));
 }
 
-bool IsComparison(Tok op) { return op >= Tok::Equal && op <= Tok::GreaterEqual; }
+bool IsComparison(Tok op) {
+    return op >= Tok::Equal && op <= Tok::GreaterEqual;
+}
 
 // The operations of "+", "-", "*", "/" and "%" on two numbers of one type; PushNothing where there is none.
 Op NumberOp(Tok op, bool real) {
@@ -44,7 +46,9 @@ Op ArithmeticOp(const TypeTable& types, Tok op, TypeId left, TypeId right) {
 
 }  // namespace
 
-bool IsVector(Kind kind) { return kind == Kind::Vec2 || kind == Kind::Vec3 || kind == Kind::Color; }
+bool IsVector(Kind kind) {
+    return kind == Kind::Vec2 || kind == Kind::Vec3 || kind == Kind::Color;
+}
 
 TypeId Compiler::CompileUnary(const Expr& expr, TypeId operand) {
     if (operand == FailedType) return FailedType;
@@ -82,9 +86,9 @@ TypeId Compiler::CompileBinary(const Expr& expr, TypeId left, std::size_t first)
 
 TypeId Compiler::CompileComparison(const Expr& expr, TypeId left, TypeId right) {
     if (left != right) {
-        Error(expr.span, "nao da para comparar " + TypeName(left) + " com " + TypeName(right),
-              ConversionHint(left, right,
-                             "nao ha conversao automatica; escreva real(...) ou inteiro(...) num dos dois"));
+        Error(
+            expr.span, "nao da para comparar " + TypeName(left) + " com " + TypeName(right),
+            ConversionHint(left, right, "nao ha conversao automatica; escreva real(...) ou inteiro(...) num dos dois"));
         return FailedType;
     }
     bool equality = expr.op == Tok::Equal || expr.op == Tok::NotEqual;
@@ -109,9 +113,9 @@ TypeId Compiler::CompileArithmetic(const Expr& expr, TypeId left, TypeId right) 
 
 TypeId Compiler::ReportArithmetic(const Expr& expr, TypeId left, TypeId right) {
     if (left != right) {
-        Error(expr.span, "nao da para juntar " + TypeName(left) + " com " + TypeName(right),
-              ConversionHint(left, right,
-                             "nao ha conversao automatica; escreva real(...) ou inteiro(...) num dos dois"));
+        Error(
+            expr.span, "nao da para juntar " + TypeName(left) + " com " + TypeName(right),
+            ConversionHint(left, right, "nao ha conversao automatica; escreva real(...) ou inteiro(...) num dos dois"));
     } else if (left == RealType) {
         Error(expr.span, "\"%\" so vale entre inteiros");
     } else if (IsVector(KindOf(left)) && expr.op != Tok::Percent) {

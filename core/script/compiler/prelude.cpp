@@ -149,7 +149,8 @@ void Compiler::DeclareApiNamespaceField(const ApiNamespaceField& row) {
 }
 
 void Compiler::DeclareApiValueField(const ApiValueField& row) {
-    auto [place, isNew] = valueFieldNames.try_emplace(ValueFieldKey(row), static_cast<std::int32_t>(valueFields.size()));
+    auto [place, isNew] =
+        valueFieldNames.try_emplace(ValueFieldKey(row), static_cast<std::int32_t>(valueFields.size()));
     if (!isNew) {
         ApiError(row.name, "esse campo duas vezes na mesma especie");
         return;

@@ -18,8 +18,12 @@ using Graph = std::vector<std::vector<std::int32_t>>;  // the records in plain f
 class RecordShapes {
 public:
     explicit RecordShapes(const Graph& records)
-        : graph(records), order(records.size(), 0), low(records.size(), 0), bound(records.size(), 0),
-          inCycle(records.size(), false), open(records.size(), false) {
+        : graph(records),
+          order(records.size(), 0),
+          low(records.size(), 0),
+          bound(records.size(), 0),
+          inCycle(records.size(), false),
+          open(records.size(), false) {
         for (std::size_t record = 0; record < graph.size(); ++record) {
             if (order[record] == 0) Walk(record);
         }

@@ -16,8 +16,7 @@ std::int32_t Compiler::AppendFunction(std::string name, std::int32_t params, Typ
 }
 
 // A behaviour's function has its instance as a first argument, out of reach of the source.
-void Compiler::BeginFunction(std::int32_t newFunction, std::int32_t owner, const Permits& newPermits,
-                             TypeId result) {
+void Compiler::BeginFunction(std::int32_t newFunction, std::int32_t owner, const Permits& newPermits, TypeId result) {
     while (!scopes.empty()) CloseScope();
     function = newFunction;
     Current().code.swap(codeBuffer);
@@ -128,8 +127,7 @@ void Compiler::CompileReturn(const Stmt& stmt) {
     bool returnsValue = returnType != NothingType;
     if (stmt.value < 0) {
         if (returnsValue) {
-            Error(stmt.span,
-                  "esta funcao devolve " + TypeName(returnType) + ", entao \"retorne\" precisa de um valor");
+            Error(stmt.span, "esta funcao devolve " + TypeName(returnType) + ", entao \"retorne\" precisa de um valor");
         }
         Emit(Op::Return, stmt.span);
         return;
@@ -142,8 +140,7 @@ void Compiler::CompileReturn(const Stmt& stmt) {
         return;
     }
     if (type != FailedType && returnType != FailedType && type != returnType) {
-        Error(SpanOf(stmt.value),
-              "esta funcao devolve " + TypeName(returnType) + ", e este valor e " + TypeName(type));
+        Error(SpanOf(stmt.value), "esta funcao devolve " + TypeName(returnType) + ", e este valor e " + TypeName(type));
     }
     Emit(Op::ReturnValue, stmt.span);
 }

@@ -109,8 +109,7 @@ TypeId Compiler::ResolveDictionary(const Unit& where, const TypeRef& reference) 
     TypeId value = ResolveType(where, reference.element);
     if (key == FailedType || value == FailedType) return FailedType;
     if (!program->types.Comparable(key)) {
-        Error(where, reference.span,
-              "a chave de um dicionario tem de ser comparavel, e " + TypeName(key) + " nao e",
+        Error(where, reference.span, "a chave de um dicionario tem de ser comparavel, e " + TypeName(key) + " nao e",
               "servem inteiro, real, logico, texto, uma enumeracao, objeto, corpo e som");
         return FailedType;
     }

@@ -12,11 +12,9 @@ std::string Diagnostic::Describe() const {
     return text;
 }
 
-void Diagnostics::Store(Severity severity, const SourceFile& source, Span span, std::string message,
-                        std::string hint) {
+void Diagnostics::Store(Severity severity, const SourceFile& source, Span span, std::string message, std::string hint) {
     LineColumn place = source.At(span.start);
-    items.push_back(
-        {severity, source.name, span, place.line, place.column, std::move(message), std::move(hint)});
+    items.push_back({severity, source.name, span, place.line, place.column, std::move(message), std::move(hint)});
 }
 
 void Diagnostics::Add(const SourceFile& source, Span span, std::string message, std::string hint) {

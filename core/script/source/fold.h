@@ -10,7 +10,9 @@
 namespace tavrel::core::script {
 
 // False for a UTF-8 continuation byte.
-[[nodiscard]] constexpr bool StartsCharacter(unsigned char byte) { return (byte & 0xC0) != 0x80; }
+[[nodiscard]] constexpr bool StartsCharacter(unsigned char byte) {
+    return (byte & 0xC0) != 0x80;
+}
 
 // The ASCII letter under the accented letter at `at`, with its length in bytes; 0 and length 0 where none stands.
 [[nodiscard]] int AccentedLetter(std::string_view text, std::size_t at, int& length);

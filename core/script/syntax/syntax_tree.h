@@ -126,17 +126,17 @@ struct FunctionDecl {
     std::vector<Param> params;
     std::int32_t returnType = -1;  // into types; -1 for a procedure
     bool isProcedure = false;
-    IndexList body;  // in Unit::indices
+    IndexList body;       // in Unit::indices
     IndexList bodyExprs;  // in Unit::exprs: every expression of the body, in one run
-    Span span;       // the "funcao" or "procedimento" word
+    Span span;            // the "funcao" or "procedimento" word
 };
 
 struct HookDecl {
     HookKind kind = HookKind::Start;
     std::vector<Param> params;
-    IndexList body;  // in Unit::indices
+    IndexList body;       // in Unit::indices
     IndexList bodyExprs;  // in Unit::exprs: every expression of the body, in one run
-    Span span;       // the first word of the hook
+    Span span;            // the first word of the hook
 };
 
 struct RecordDecl {

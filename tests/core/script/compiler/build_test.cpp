@@ -19,9 +19,9 @@ std::string SourceNames(const Program& program) {
 }
 
 TEST(Build, LoadsEachFileOnceInOrderOfFirstMention) {
-    Compiled compiled = CompileScript(Importing("A", {"b", "c", "b"}), {{"b", Importing("B", {"d"})},
-                                                                        {"c", Importing("C", {"d"})},
-                                                                        {"d", Importing("D", {})}});
+    Compiled compiled =
+        CompileScript(Importing("A", {"b", "c", "b"}),
+                      {{"b", Importing("B", {"d"})}, {"c", Importing("C", {"d"})}, {"d", Importing("D", {})}});
     EXPECT_TRUE(compiled.good) << compiled.reports;
     EXPECT_EQ(SourceNames(compiled.program), "m.tvl b.tvl d.tvl c.tvl ");
 }
@@ -33,8 +33,7 @@ TEST(Build, NamesThatFoldAlikeAreOneFile) {
 }
 
 TEST(Build, ReportsCyclesWhereTheyClose) {
-    constexpr const char* Hint =
-        "  um arquivo importado nao pode importar, direta ou indiretamente, quem o importou\n";
+    constexpr const char* Hint = "  um arquivo importado nao pode importar, direta ou indiretamente, quem o importou\n";
     EXPECT_EQ(CompileScript(Importing("A", {"m"})).reports,
               std::string("m.tvl:2:10: erro: as importacoes fazem um ciclo: m -> m\n") + Hint);
     EXPECT_EQ(CompileScript(Importing("A", {"b"}), {{"b", Importing("B", {"m"})}}).reports,

@@ -8,7 +8,9 @@ namespace {
 
 constexpr const char* Hint = "  defeito na tabela da API do host, e nao no script\n";
 
-std::string FaultsOf(const Api& api) { return CompileScript("modulo M", {}, &api).reports; }
+std::string FaultsOf(const Api& api) {
+    return CompileScript("modulo M", {}, &api).reports;
+}
 
 std::string Fault(const std::string& subject, const std::string& what) {
     return "m.tvl:1:1: erro: a API do mundo declara \"" + subject + "\" e " + what + "\n" + Hint;
@@ -42,13 +44,12 @@ TEST(Prelude, ReportsNamesGivenTwice) {
                      {4, "m.g", "", {{"a", "real", "1.0"}, {"b", "real", ""}}, AllHooks, false}};
     api.namespaceFields = {{5, "", "x", "real", AllHooks}, {6, "m", "f", "real", AllHooks}};
     api.valueFields = {{7, Kind::Object, "x", "real", AllHooks}, {8, Kind::Object, "x", "real", AllHooks}};
-    EXPECT_EQ(FaultsOf(api),
-              Fault("R", "esse registro duas vezes") + Fault("R", "esse nome duas vezes") +
-                  Fault("UM", "esse valor duas vezes") + Fault("R.á", "esse campo duas vezes") +
-                  Fault("solta", "uma funcao sem agrupamento") + Fault("m.f", "essa funcao duas vezes") +
-                  Fault("m.g", "um parametro sem padrao depois de um com padrao") +
-                  Fault("x", "um campo sem agrupamento") + Fault("m.f", "esse nome duas vezes") +
-                  Fault("x", "esse campo duas vezes na mesma especie"));
+    EXPECT_EQ(FaultsOf(api), Fault("R", "esse registro duas vezes") + Fault("R", "esse nome duas vezes") +
+                                 Fault("UM", "esse valor duas vezes") + Fault("R.á", "esse campo duas vezes") +
+                                 Fault("solta", "uma funcao sem agrupamento") + Fault("m.f", "essa funcao duas vezes") +
+                                 Fault("m.g", "um parametro sem padrao depois de um com padrao") +
+                                 Fault("x", "um campo sem agrupamento") + Fault("m.f", "esse nome duas vezes") +
+                                 Fault("x", "esse campo duas vezes na mesma especie"));
 }
 
 TEST(Prelude, ReportsTypesAndDefaultsThatDoNotRead) {
@@ -64,16 +65,16 @@ TEST(Prelude, ReportsTypesAndDefaultsThatDoNotRead) {
                        {"f", "inteiro", "9223372036854775808"}},
                       AllHooks,
                       false}};
-    std::string unknown = "m.tvl:1:1: erro: o tipo \"listade\" nao foi declarado\n"
-                          "  declare um \"registro\" ou uma \"enumeracao\" com esse nome\n";
-    EXPECT_EQ(FaultsOf(api),
-              unknown + Fault("m.f", "o tipo \"listade\" nao foi reconhecido") +
-                  Fault("m.f(a)", "o tipo \"lista de\" nao existe nesta linguagem") +
-                  Fault("m.f(b)", "o valor padrao \"vetor2(1.0)\" nao e um valor desta linguagem") +
-                  Fault("m.f(c)", "o valor padrao \"vetor2(1.0, 1e39)\" tem um numero que nao se le") +
-                  Fault("m.f(d)", "o valor padrao \"1e39\" nao e um numero") +
-                  Fault("m.f(e)", "o valor padrao \"12x\" nao e um numero") +
-                  Fault("m.f(f)", "o valor padrao \"9223372036854775808\" nao e um numero"));
+    std::string unknown =
+        "m.tvl:1:1: erro: o tipo \"listade\" nao foi declarado\n"
+        "  declare um \"registro\" ou uma \"enumeracao\" com esse nome\n";
+    EXPECT_EQ(FaultsOf(api), unknown + Fault("m.f", "o tipo \"listade\" nao foi reconhecido") +
+                                 Fault("m.f(a)", "o tipo \"lista de\" nao existe nesta linguagem") +
+                                 Fault("m.f(b)", "o valor padrao \"vetor2(1.0)\" nao e um valor desta linguagem") +
+                                 Fault("m.f(c)", "o valor padrao \"vetor2(1.0, 1e39)\" tem um numero que nao se le") +
+                                 Fault("m.f(d)", "o valor padrao \"1e39\" nao e um numero") +
+                                 Fault("m.f(e)", "o valor padrao \"12x\" nao e um numero") +
+                                 Fault("m.f(f)", "o valor padrao \"9223372036854775808\" nao e um numero"));
 }
 
 TEST(Prelude, ReadsEveryFormOfDefault) {
