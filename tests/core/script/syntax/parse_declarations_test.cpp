@@ -180,6 +180,36 @@ TEST(ParseDeclarations, WhatHoldsForTheWholeFileIsStoredFromABehaviourToo) {
     EXPECT_EQ(unit.actions.size() + unit.events.size() + unit.behaviours.size(), 3U);
 }
 
+TEST(ParseDeclarations, OnlyAHeaderThatCannotBeReadDropsItsDeclaration) {
+    const Parsed parsed = ParseFile(
+        "modulo M\nfuncao f() real\nconstante a\nenumeracao cor = x\nacao b tecla c\nparametro d real\nao 1\n"
+        "acao = teclado x, mouse y\nparametro h: real\nenumeracao F = g,\nprocedimento p: real\nfim\n");
+    const Unit& unit = parsed.unit;
+    EXPECT_EQ(unit.functions.size() + unit.module.constants.size() + unit.module.hooks.size(), 1U);
+    EXPECT_EQ(unit.functions.at(0).returnType, -1);
+    ASSERT_EQ(unit.actions.size(), 1U);
+    EXPECT_EQ(unit.actions[0].bindings.size(), 2U);
+    EXPECT_EQ(VariablesText(unit, unit.module.parameters), "h:real=- ");
+    ASSERT_EQ(unit.enums.size(), 1U);
+    EXPECT_EQ(unit.enums[0].members, (std::vector<std::string>{"g", ""}));
+}
+
+// Whole words, statements and line ends, as an editor underlines them.
+TEST(ParseDeclarations, ReportSpans) {
+    Diagnostics diagnostics;
+    Unit unit;
+    EXPECT_FALSE(
+        Parse(SourceFile("t",
+                         "modulo M\nao carregar\na cada hora\nacao a = teclado x\ncomportamento B\nestado\nfim\n"
+                         "estado\nfim\ncamera\nparte.x + 1\npare\nfim\nregistro R\nfim\nconstante c\nfim\n"
+                         "parametro p: real\nao nascer\nfim\nao nascer\nescolha x\nfim\n"),
+              diagnostics, unit));
+    std::string spans;
+    for (const Diagnostic& report : diagnostics.items) spans += unit.source.Slice(report.span) + "|";
+    EXPECT_EQ(spans, "ao|a|teclado|estado|camera|parte.x + 1|pare|registro|\n|parametro|ao|ao|escolha||ao|");
+    EXPECT_EQ(diagnostics.items.at(3).message, "este modulo ja tem um bloco \"estado\"");
+}
+
 TEST(ParseDeclarations, Spans) {
     const Parsed parsed = ParseFile(
         "modulo Mó\n"
@@ -189,7 +219,8 @@ TEST(ParseDeclarations, Spans) {
         "enumeracao E = um, dois\n"
         "procedimento p(a: lista de cor, b: real)\nfim\n"
         "a cada tick\nfim\n"
-        "comportamento B\n  parametro r: real\nfim\n");
+        "comportamento B\n  parametro r: real\nfim\n"
+        "registro R\nfim\nevento v\n");
     ASSERT_EQ(parsed.reports, "");
     const Unit& unit = parsed.unit;
     const auto& bindings = unit.actions.at(0).bindings;
@@ -204,6 +235,10 @@ TEST(ParseDeclarations, Spans) {
         {typeSpan(unit.module.state.at(0).type), "dicionario de texto para lista de R"},
         {bindings.at(0).span, "Tecla d,"},
         {bindings.at(1).span, "eixo_controle x negativo\n"},
+        {unit.actions.at(0).span, "acao"},
+        {unit.records.at(0).span, "registro"},
+        {unit.events.at(0).span, "evento"},
+        {unit.enums.at(0).span, "enumeracao"},
         {unit.enums.at(0).memberSpans.at(1), "dois"},
         {unit.functions.at(0).span, "procedimento"},
         {params.at(0).span, "a: lista de cor,"},

@@ -33,7 +33,9 @@ TEST(ParseStatements, If) {
                 {"se a entao\nb()\nsenao se c\nd()\nsenao\nfim", "{(if (a {(call b)}) (c {(call d)}) else {})}"},
                 {"se a\nsenao\nse b\nfim\nfim", "{(if (a {}) else {(if (b {}))})}"},
                 {"se a x = 1\ny = 2\nsenao z = 3 fim", "{(if (a {(= x 1); (= y 2)}) else {(= z 3)})}"},
-                {"se a se b c() fim senao d() fim", "{(if (a {(if (b {(call c)}))}) else {(call d)})}"}});
+                {"se a se b c() fim senao d() fim", "{(if (a {(if (b {(call c)}))}) else {(call d)})}"},
+                {"se a b() senao c()\n\nd() fim", "{(if (a {(call b)}) else {(call c); (call d)})}"},
+                {"se a enquanto b\nc() fim fim", "{(if (a {(while b {(call c)})}))}"}});
 }
 
 TEST(ParseStatements, Loops) {
@@ -84,6 +86,14 @@ TEST(ParseStatements, BlocksThatDoNotEnd) {
                  "  o bloco de \"procedimento\" precisa terminar com \"fim\"\n"
                  "t:3:1: erro: esperava uma declaracao, e veio \"caso\"\n"
                  "t:4:1: erro: esperava uma declaracao, e veio \"fim\"\n"},
+                {"escolha a\nsenao\nb()\ncaso 1", "{(switch a else {(call b)})}",
+                 "t:3:1: erro: um \"escolha\" precisa de pelo menos um \"caso\"\n"
+                 "t:6:1: erro: faltou \"fim\" para fechar escolha\n"
+                 "  o bloco de \"escolha\" precisa terminar com \"fim\"\n"
+                 "t:6:1: erro: faltou \"fim\" para fechar procedimento\n"
+                 "  o bloco de \"procedimento\" precisa terminar com \"fim\"\n"
+                 "t:6:1: erro: esperava uma declaracao, e veio \"caso\"\n"
+                 "t:7:1: erro: esperava uma declaracao, e veio \"fim\"\n"},
                 {"se a\nfimse", "{(if (a {fimse}))}",
                  "t:4:1: erro: esta linha nao faz nada\n  termine o bloco com \"fim\"\n"
                  "t:6:1: erro: faltou \"fim\" para fechar procedimento\n"
@@ -91,12 +101,14 @@ TEST(ParseStatements, BlocksThatDoNotEnd) {
 }
 
 TEST(ParseStatements, Spans) {
-    const Parsed parsed = ParseBody("(a).b = 1 + 2\nx: inteiro = 3\nse a e b\nfim");
-    const char* spans[] = {"a).b = 1 + 2", "x: inteiro = 3\n", "se"};
-    for (std::size_t at = 0; at < std::size(spans); ++at) {
-        EXPECT_EQ(parsed.unit.source.Slice(parsed.unit.stmts.at(at).span), spans[at]);
-    }
-    EXPECT_EQ(parsed.unit.source.Slice(parsed.unit.branches.at(0).span), "a");
+    const Parsed parsed = ParseBody(
+        "(a).b = 1 + (2)\nx: inteiro = 3\nse a e b\nsenao se (c)\nfim\nescolha a\ncaso 1\nfim\n"
+        "para cada i em l\nfim\nretorne a\n(f)(1)");
+    const Unit& unit = parsed.unit;
+    std::string spans;
+    for (const Stmt& stmt : unit.stmts) spans += unit.source.Slice(stmt.span) + "|";
+    for (const Branch& branch : unit.branches) spans += unit.source.Slice(branch.span) + "|";
+    EXPECT_EQ(spans, "a).b = 1 + (2|x: inteiro = 3\n|se|escolha|para|retorne|f)(1)|a|(|caso|");
 }
 
 }  // namespace
