@@ -95,18 +95,34 @@ private:
     std::int64_t entered = 0;
 };
 
-// Whether the walk that goes down each record once comes to the depth that counts as a cycle. `visited` holds, for
-// each record, the walk that met it last.
-bool RunsDeep(const Graph& graph, std::int32_t record, std::int32_t walk, std::vector<std::int32_t>& visited,
-              std::int32_t depth) {
-    if (depth == DeepestRecordChain) return true;
-    for (std::int32_t inner : graph[static_cast<std::size_t>(record)]) {
-        std::int32_t& lastMet = visited[static_cast<std::size_t>(inner)];
-        if (std::exchange(lastMet, walk) == walk) continue;
-        if (RunsDeep(graph, inner, walk, visited, depth + 1)) return true;
+// The walks that go down from a record, each record once, up to the depth that counts as a cycle.
+class DeepWalks {
+public:
+    explicit DeepWalks(const Graph& records) : graph(records), lastMet(records.size(), -1) {}
+
+    [[nodiscard]] bool RunsDeep(std::int32_t record) { return RunsDeep(record, record, 0); }
+
+    // The outcome of a walk depends on the order of fields, so walks share nothing, and a script made for it could ask
+    // for as many as it has records, each over all of them.
+    [[nodiscard]] bool Exhausted() const { return steps > MostSteps; }
+
+private:
+    static constexpr std::int64_t MostSteps = std::int64_t{1} << 24;
+
+    bool RunsDeep(std::int32_t record, std::int32_t walk, std::int32_t depth) {
+        if (depth == DeepestRecordChain) return true;
+        for (std::int32_t inner : graph[static_cast<std::size_t>(record)]) {
+            ++steps;
+            if (std::exchange(lastMet[static_cast<std::size_t>(inner)], walk) == walk) continue;
+            if (RunsDeep(inner, walk, depth + 1)) return true;
+        }
+        return false;
     }
-    return false;
-}
+
+    const Graph& graph;
+    std::vector<std::int32_t> lastMet;  // the walk that met each record last
+    std::int64_t steps = 0;
+};
 
 }  // namespace
 
@@ -115,10 +131,15 @@ void Compiler::CheckRecordsContainThemselves() {
     Graph graph;
     for (const RecordInfo& record : program->records) graph.push_back(DirectRecords(record));
     RecordShapes shapes(graph);
-    std::vector<std::int32_t> visited(graph.size(), -1);
+    DeepWalks walks(graph);
     for (std::size_t i = 0; i < graph.size() && !diagnostics->Full(); ++i) {
-        auto record = static_cast<std::int32_t>(i);
-        if (!shapes.InCycle(i) && !(shapes.MayRunDeep(i) && RunsDeep(graph, record, record, visited, 0))) continue;
+        bool contains = shapes.InCycle(i) || (shapes.MayRunDeep(i) && walks.RunsDeep(static_cast<std::int32_t>(i)));
+        if (walks.Exhausted()) {
+            Error(units[0], {}, "ha registros demais uns dentro dos outros para conferir",
+                  "guarde-os em listas, ou declare menos campos de registros");
+            return;
+        }
+        if (!contains) continue;
         Error(units[0], {}, "o registro " + Quoted(program->records[i].name) + " contem a si mesmo",
               "ele pode conter uma \"lista de\" si mesmo, que comeca vazia");
     }

@@ -101,7 +101,7 @@ TEST(Types, FaultsOfDeclarationsHideThoseOfBodies) {
     std::string body = "funcao f(): inteiro\nretorne 1.5\nfim\nfuncao g(x: inteiro): inteiro\nx = \"a\"\nfim\n";
     EXPECT_EQ(CompileScript("modulo M\n" + body + "funcao h(x: Nada): lista de Nunca\nretorne 1\nfim\n").reports,
               std::string("m.tvl:8:13: erro: o tipo \"Nada\" nao foi declarado\n") + Undeclared +
-                  "m.tvl:8:28: erro: o tipo \"Nunca\" nao foi declarado\n" + Undeclared);
+                  "m.tvl:8:29: erro: o tipo \"Nunca\" nao foi declarado\n" + Undeclared);
     std::string reports = CompileScript("modulo M\n" + body).reports;
     EXPECT_NE(reports.find("m.tvl:3:9: erro: "), std::string::npos) << reports;
     EXPECT_NE(reports.find("m.tvl:6:5: erro: "), std::string::npos) << reports;
@@ -118,7 +118,7 @@ TEST(Names, FieldsHideGlobals) {
         "comportamento C\nestado\nA: real\nà: inteiro\nfim\n"
         "ao nascer\na = b\nfim\nfim\n");
     ASSERT_TRUE(compiled.good) << compiled.reports;
-    EXPECT_EQ(compiled.Code("f"), "0 LoadGlobal a\n1 LoadGlobal b\n2 AddInt\n3 Return\n4 Return\n");
+    EXPECT_EQ(compiled.Code("f"), "0 LoadGlobal a\n1 LoadGlobal b\n2 AddInt\n3 ReturnValue\n4 Return\n");
     EXPECT_EQ(compiled.Code("ao nascer de C"), "0 LoadLocal 0\n1 LoadGlobal b\n2 FieldSet 3\n3 Return\n");
 }
 
