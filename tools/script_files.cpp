@@ -21,8 +21,17 @@ struct CloseFile {
 };
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
-fs::path PathOf(const std::string& text) {
-    return fs::path(std::u8string(text.begin(), text.end()));
+// More than any script may hold, also behind a byte-order mark: who reads on learns nothing, and may run out of memory.
+constexpr std::uintmax_t MostOfUse = std::uintmax_t{core::script::MaxSourceSize} + 4;
+
+// False for a text that no path can hold: where names are UTF-16, broken UTF-8 has none.
+bool PathOf(const std::string& text, fs::path& out) {
+    try {
+        out = fs::path(std::u8string(text.begin(), text.end()));
+    } catch (const std::system_error&) {
+        return false;
+    }
+    return true;
 }
 
 // No status, no type: a link that leads nowhere and a path that cannot be asked about are not regular either.
@@ -39,14 +48,15 @@ OpenFile OpenForReading(const fs::path& file) {
 #endif
 }
 
-// The size is only a hint: the file may grow meanwhile, and some regular files promise nothing.
+// The size is only a hint: the file may grow meanwhile, and some regular files promise nothing. What is too large for a
+// script is read just so far that it shows.
 bool ReadAll(std::FILE* stream, std::uintmax_t hint, std::string& text) {
     std::setvbuf(stream, nullptr, _IONBF, 0);
-    text.resize(static_cast<std::size_t>(hint) + 1);
+    text.resize(static_cast<std::size_t>(std::min(hint, MostOfUse)) + 1);
     std::size_t filled = 0;
     while (true) {
         filled += std::fread(text.data() + filled, 1, text.size() - filled, stream);
-        if (filled < text.size()) break;
+        if (filled < text.size() || filled > MostOfUse) break;
         text.resize(text.size() * 2);
     }
     text.resize(filled);
@@ -57,7 +67,10 @@ bool ListScripts(const fs::path& folder, std::vector<fs::path>& scripts) {
     std::error_code error;
     fs::directory_iterator entry(folder, error);
     while (!error && entry != fs::directory_iterator()) {
-        if (entry->path().extension() == ".tvl" && IsRegular(entry->path())) scripts.push_back(entry->path());
+        // The entry may know its type from the listing, also where the folder does not let its files be asked.
+        std::error_code unknown;
+        const bool regular = entry->path().extension() == ".tvl" && entry->is_regular_file(unknown);
+        if (regular) scripts.push_back(entry->path());
         entry.increment(error);
     }
     return !error;
@@ -82,9 +95,9 @@ std::string Shown(const fs::path& file) {
 }
 
 bool Collect(const std::string& argument, std::vector<fs::path>& paths) {
-    const fs::path path = PathOf(argument);
+    fs::path path;
     std::error_code error;
-    const fs::file_status status = fs::status(path, error);
+    const fs::file_status status = PathOf(argument, path) ? fs::status(path, error) : fs::file_status();
     if (fs::is_directory(status)) return CollectFolder(argument, path, paths);
     if (!fs::is_regular_file(status)) {
         PrintError("erro: nao achei " + argument + "\n");
@@ -112,7 +125,9 @@ bool ReadText(const fs::path& file, std::string& text) {
 
 core::script::ImportLoader LoaderFor(const fs::path& script) {
     return [folder = script.parent_path()](const std::string& name, core::script::SourceFile& out) {
-        const fs::path file = folder / PathOf(name + ".tvl");
+        fs::path file;
+        if (!PathOf(name + ".tvl", file)) return false;
+        file = folder / file;
         std::string text;
         if (!ReadText(file, text)) return false;
         out = core::script::SourceFile(Shown(file), std::move(text));

@@ -11,7 +11,7 @@ namespace tavrel::core::script {
 namespace {
 
 constexpr std::size_t FirstSlots = 512;
-constexpr std::size_t BlockSize = 16 * 1024;
+constexpr std::size_t BlockSize = std::size_t{16} << 10;
 
 }  // namespace
 
