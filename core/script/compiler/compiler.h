@@ -436,6 +436,7 @@ private:
     std::map<std::string, std::int32_t, std::less<>> hostNames;            // dotted, into hosts
     std::map<std::string, std::int32_t, std::less<>> namespaceFieldNames;  // dotted, into namespaceFields
     std::map<std::string, std::int32_t, std::less<>> valueFieldNames;      // "kind.field", into valueFields
+    std::unordered_map<std::string, TypeId> apiTypes;                      // of the type texts read so far
     std::vector<HostSignature> hosts;
     std::vector<HostField> namespaceFields;
     std::vector<HostField> valueFields;

@@ -169,6 +169,9 @@ void Compiler::ApiSpace(const std::string& name) {
 
 TypeId Compiler::ApiType(const std::string& text, const std::string& context) {
     if (text.empty()) return NothingType;
+    // The table says the same few types over and over.
+    auto known = apiTypes.find(text);
+    if (known != apiTypes.end()) return known->second;
     std::size_t before = diagnostics->items.size();
     std::int32_t reference = -1;
     if (!ParseTypeText(text, units[0], *diagnostics, reference)) {
@@ -177,7 +180,11 @@ TypeId Compiler::ApiType(const std::string& text, const std::string& context) {
         return FailedType;
     }
     TypeId type = ResolveType(units[0], reference);
-    if (type == FailedType) ApiError(context, "o tipo " + Quoted(text) + " nao foi reconhecido");
+    if (type == FailedType) {
+        ApiError(context, "o tipo " + Quoted(text) + " nao foi reconhecido");
+    } else {
+        apiTypes.emplace(text, type);
+    }
     return type;
 }
 
