@@ -70,7 +70,6 @@ TEST_P(AnyBytes, GetTheirReports) {
 }
 
 const BytesRow BytesRows[] = {
-    {"Empty", "", "m.tvl:1:1: erro: um script comeca com \"modulo <Nome>\"\n"},
     {"OnlyMark", "\xEF\xBB\xBF", "m.tvl:1:1: erro: um script comeca com \"modulo <Nome>\"\n"},
     {"Nul", "modulo M\n\0\n"s, "m.tvl:2:1: erro: \"\0\" nao e usado nesta linguagem\n"s},
     {"NulInText", "modulo M\nconstante A = \"\0\"\n"s, ""},
@@ -80,19 +79,6 @@ const BytesRow BytesRows[] = {
      "m.tvl:2:24: erro: \"@\" nao e usado nesta linguagem\n"},
     {"LoneCarriageReturn", "modulo M\rconstante A = 1\r",
      "m.tvl:1:10: erro: esperava o fim da linha, e veio \"constante\"\n"},
-    {"NoLastLineFeed", "modulo M\nconstante A = 1", ""},
-    {"OpenQuotes", "modulo M\nconstante A = \"abc", "m.tvl:2:15: erro: faltou fechar as aspas deste texto\n"},
-    {"OpenQuotesBehindBackslash", "modulo M\nconstante A = \"abc\\",
-     "m.tvl:2:15: erro: faltou fechar as aspas deste texto\n"},
-    {"OpenBracket", "modulo M\nconstante A = (1", "m.tvl:2:17: erro: esperava \")\", e veio o fim da linha\n"},
-    {"OpenBlock", "modulo M\nfuncao f(): inteiro\n    retorne 1\n",
-     "m.tvl:4:1: erro: faltou \"fim\" para fechar funcao\n  o bloco de \"funcao\" precisa terminar com \"fim\"\n"},
-    {"Quotes", "modulo M\n" + Repeat("\"\n", 3),
-     "m.tvl:2:1: erro: faltou fechar as aspas deste texto\nm.tvl:3:1: erro: faltou fechar as aspas deste texto\n"
-     "m.tvl:4:1: erro: faltou fechar as aspas deste texto\n"
-     "m.tvl:2:1: erro: esperava uma declaracao, e veio um texto\n"
-     "m.tvl:3:1: erro: esperava uma declaracao, e veio um texto\n"
-     "m.tvl:4:1: erro: esperava uma declaracao, e veio um texto\n"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Rows, AnyBytes, testing::ValuesIn(BytesRows), NameOf<BytesRow>);
@@ -148,7 +134,6 @@ std::string NestedType(const std::string& word, int levels) {
 const NestingRow NestingRows[] = {
     {"Parentheses", [](int levels) { return NestedValue("inteiro", "(", "1", ")", levels); }},
     {"Minus", [](int levels) { return NestedValue("inteiro", "-", "1", "", levels); }},
-    {"SpacedMinus", [](int levels) { return NestedValue("inteiro", "- (", "1", ")", levels / 2); }},
     {"Not", [](int levels) { return NestedValue("logico", "nao ", "falso", "", levels); }},
     {"Calls", [](int levels) { return NestedValue("inteiro", "abs(", "1", ")", levels); }},
     {"Conversions", [](int levels) { return NestedValue("inteiro", "inteiro(", "1", ")", levels); }},
@@ -160,7 +145,6 @@ const NestingRow NestingRows[] = {
     {"If", [](int levels) { return NestedStatement("se a\n", "fim\n", levels); }},
     {"IfOnOneLine", [](int levels) { return NestedStatement("se a ", "fim ", levels); }},
     {"IfInElse", [](int levels) { return NestedStatement("se a\nsenao\n", "fim\n", levels); }},
-    {"While", [](int levels) { return NestedStatement("enquanto a\n", "fim\n", levels); }},
     {"For", [](int levels) { return NestedStatement("para i de 1 ate 2\n", "fim\n", levels); }},
     {"Switch", [](int levels) { return NestedStatement("escolha n\ncaso 1\n", "fim\n", levels); }},
 };
@@ -168,7 +152,7 @@ const NestingRow NestingRows[] = {
 INSTANTIATE_TEST_SUITE_P(Rows, Nesting, testing::ValuesIn(NestingRows), NameOf<NestingRow>);
 
 TEST(BadInput, NestingThatNeverClosesIsReportedOnce) {
-    for (const char* open : {"(", "[", "f(", "se a\n", "enquanto a\n"}) {
+    for (const char* open : {"(", "[", "[1: ", "f(", "a[", "nao ", "se a\n", "se a ", "para cada x em y\n"}) {
         const std::string text = "modulo M\nprocedimento p(a: logico)\n" + Repeat(open, Load(1'000'000));
         const Finished finished = CheckText(text);
         EXPECT_EQ(finished.code, 1) << open;
@@ -200,16 +184,12 @@ TEST_P(Size, IsHandled) {
 
 const SizeRow SizeRows[] = {
     {"Sum", [] { return LongSum("inteiro", "1", "+", Load(100'000)); }, 0, ""},
-    {"Product", [] { return LongSum("real", "1.5", "*", Load(100'000)); }, 0, ""},
-    {"Concatenation", [] { return LongSum("texto", "\"a\"", "+", Load(100'000)); }, 0, ""},
     {"Logic", [] { return LongSum("logico", "falso", "ou", Load(100'000)); }, 0, ""},
     {"FieldsAndIndices", [] { return LongChain("a", ".mais[0]", Load(100'000)); }, 0, ""},
     {"CallsOfCalls", [] { return LongChain("no()", "()", Load(100'000)); }, -1, "isto nao e uma funcao"},
     {"Branches", [] { return ManyBranches(Load(20'000)); }, 0, ""},
-    {"Functions", [] { return Numbered("funcao f#(a: inteiro): inteiro\nretorne a + #\nfim\n", Load(50'000)); }, 0, ""},
     {"Ladder", [] { return CallLadder(Load(50'000)); }, 0, ""},
     {"Constants", [] { return Numbered("constante A# = #\n", Load(100'000)); }, 0, ""},
-    {"Texts", [] { return Numbered("constante A# = \"#\"\n", Load(100'000)); }, 0, ""},
     {"Records", [] { return Numbered("registro R#\na: lista de R#\nfim\n", Load(100'000)); }, 0, ""},
     {"Actions", [] { return Numbered("acao a#\n", Load(100'000)); }, 0, ""},
     {"Behaviours", [] { return Numbered("comportamento C#\nestado\nx: inteiro\nfim\nfim\n", Load(50'000)); }, 0, ""},
@@ -300,14 +280,10 @@ void WriteImports(const fs::path& folder, int count, const std::string& last) {
     }
 }
 
-TEST(BadInput, ImportsMayFollowInALongChain) {
+TEST(BadInput, ImportsMayFollowInALongChainButNotClose) {
     const TemporaryFolder folder;
     WriteImports(folder.path, Load(5'000), "");
     EXPECT_EQ(CheckIn(folder.path, {"f0.tvl"}).code, 0);
-}
-
-TEST(BadInput, ALongImportCycleIsReportedOnce) {
-    const TemporaryFolder folder;
     WriteImports(folder.path, Load(5'000), "f0");
     const Finished finished = CheckIn(folder.path, {"f0.tvl"});
     EXPECT_EQ(finished.code, 1);

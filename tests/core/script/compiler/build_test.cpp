@@ -32,14 +32,6 @@ TEST(Build, NamesThatFoldAlikeAreOneFile) {
     EXPECT_EQ(compiled.program.sources.size(), 2U);
 }
 
-TEST(Build, ReportsCyclesWhereTheyClose) {
-    constexpr const char* Hint = "  um arquivo importado nao pode importar, direta ou indiretamente, quem o importou\n";
-    EXPECT_EQ(CompileScript(Importing("A", {"m"})).reports,
-              std::string("m.tvl:2:10: erro: as importacoes fazem um ciclo: m -> m\n") + Hint);
-    EXPECT_EQ(CompileScript(Importing("A", {"b"}), {{"b", Importing("B", {"m"})}}).reports,
-              std::string("b.tvl:2:10: erro: as importacoes fazem um ciclo: m -> b -> m\n") + Hint);
-}
-
 TEST(Build, AMissingImportStopsNoOther) {
     Compiled compiled = CompileScript(Importing("A", {"sumiu", "b"}), {{"b", "modulo B\nfim\n"}});
     EXPECT_FALSE(compiled.good);

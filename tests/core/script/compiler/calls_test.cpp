@@ -6,21 +6,9 @@
 namespace tavrel::core::script {
 namespace {
 
-struct Case {
-    const char* line;      // the body of a hook, from line 3 of the script on
-    std::string expected;  // the reports, or the calls that the body makes
-};
-
-constexpr const char* Declarations = R"(
-fim
-acao mandar
-acao pular = tecla ESPACO
-evento pulo: real
-procedimento p(a: inteiro)
-fim
-procedimento seno(a: texto)
-fim
-)";
+constexpr const char* Declarations =
+    "\nfim\nacao mandar\nacao pular = tecla ESPACO\nevento pulo: real\nprocedimento p(a: inteiro)\nfim\n"
+    "procedimento seno(a: texto)\nfim\n";
 
 constexpr const char* Tick = "modulo M\na cada tick (r: real)\n";
 constexpr const char* Frame = "modulo M\na cada quadro (r: real)\n";
@@ -39,12 +27,6 @@ std::string Calls(const Compiled& compiled, const std::string& name) {
         }
     }
     return list;
-}
-
-void ExpectReports(const char* hook, const std::vector<Case>& cases) {
-    for (const Case& test : cases) {
-        EXPECT_EQ(CompileScript(std::string(hook) + test.line + Declarations).reports, test.expected) << test.line;
-    }
 }
 
 // Number and operand of each call. The numbers tell the overloads apart, and they decide digests.
@@ -75,9 +57,9 @@ TEST(Calls, ChooseTheOverload) {
         {"seno(\"a\")\nescréva(t)", "1/1 0/1"},
     };
     for (const Case& test : cases) {
-        Compiled compiled = CompileScript(std::string(Tick) + Locals + test.line + Declarations);
-        EXPECT_EQ(compiled.reports, "") << test.line;
-        EXPECT_EQ(Calls(compiled, "a cada tick").substr(0, test.expected.size() + 1), test.expected) << test.line;
+        Compiled compiled = CompileScript(std::string(Tick) + Locals + test.source + Declarations);
+        EXPECT_EQ(compiled.reports, "") << test.source;
+        EXPECT_EQ(Calls(compiled, "a cada tick").substr(0, test.expected.size() + 1), test.expected) << test.source;
     }
 }
 
@@ -100,58 +82,47 @@ TEST(Calls, SayOnceWhatIsWrong) {
         "  os argumentos sao chave, nome, volume =, altura =, categoria =, prioridade =, "
         "repetir =\n";
     ExpectReports(
-        Tick,
-        {{"p(1)(nope)", "m.tvl:3:1: erro: isto nao e uma funcao\n"},
-         {"p(nope, 2)",
-          "m.tvl:3:1: erro: \"p\" espera 1 argumento(s) e recebeu 2\nm.tvl:3:3: erro: \"nope\" nao foi declarada\n"},
-         {"nada(nope, mápa)",
-          "m.tvl:3:6: erro: \"nope\" nao foi declarada\n"
-          "m.tvl:3:12: erro: \"mapa\" e um agrupamento da API do mundo, e nao um valor\n"
-          "  \"mapa\" tem largura, nome, objetos, profundidade, agua_em, altura, chao, criar, "
-          "dentro, objeto\n"},
-         {"t: texto = formatar(\"\", p(1), p(2))",
-          "m.tvl:3:25: erro: esta chamada nao devolve valor, e aqui vai um valor\n" + noValue +
-              "m.tvl:3:31: erro: esta chamada nao devolve valor, e aqui vai um valor\n" + noValue},
-         {"r = potencia(\"a\", 16777217)", "m.tvl:3:19:" + inexact},
-         {"v: vetor2 = vetor2(\"a\", 16777217)", "m.tvl:3:25:" + inexact},
-         {"r = limitar(0, 16777217, 2.5)", "m.tvl:3:16:" + inexact},
-         {"r = abs(16777217, 2.5)", "m.tvl:3:5: erro: \"abs\" se escreve abs(um numero)\n"},
-         {"r.x(nope)\nr.x(1)", "m.tvl:3:5: erro: \"nope\" nao foi declarada\nm.tvl:4:1: erro: real nao tem metodos\n"},
-         {"som.emitir(altura = 1, 2, Nome = \"b\", altura = 3)",
-          "m.tvl:3:24: erro: depois de um argumento com nome, todos precisam de nome\n"
-          "m.tvl:3:34: erro: \"som.emitir\" nao tem um argumento chamado \"Nome\"\n" +
-              labels +
-              "m.tvl:3:48: erro: o argumento \"altura\" foi dado duas vezes\n"
-              "m.tvl:3:1: erro: \"som.emitir\" precisa do argumento \"chave\"\n" +
-              labels + "m.tvl:3:1: erro: \"som.emitir\" precisa do argumento \"nome\"\n" + labels},
-         {"fisica.acordar(1, nope, corpo = 2)",
-          "m.tvl:3:1: erro: \"fisica.acordar\" espera 1 argumento(s) e recebeu 3\n"
-          "m.tvl:3:19: erro: \"nope\" nao foi declarada\n"},
-         {"mapa.Nóme(nope)\nmapa.nome(nope)",
-          "m.tvl:3:1: erro: \"mapa\" nao tem \"Nome\"\n"
-          "  \"mapa\" tem largura, nome, objetos, profundidade, agua_em, altura, chao, criar, dentro, objeto\n"
-          "m.tvl:4:1: erro: \"mapa.nome\" e um valor, e nao uma funcao\n"
-          "  escreva \"mapa.nome\" sem os parenteses\n"},
-         {"eventos.pulo.emitir(valor = nope)",
-          "m.tvl:3:1: erro: \"emitir\" recebe o valor do evento (real)\n"
-          "  por exemplo: eventos.pulo.emitir(...)\nm.tvl:3:29: erro: \"nope\" nao foi declarada\n"},
-         {"eventos.salto.emitir(nope)",
-          "m.tvl:3:1: erro: este script nao declara o evento \"salto\"\n"
-          "  os eventos deste script sao pulo\n"}});
-    ExpectReports(Frame, {{"r = aleatorio(nope)", "m.tvl:3:15: erro: \"nope\" nao foi declarada\n"},
-                          {"r = aleatorio(\"a\")",
-                           "m.tvl:3:5: erro: \"aleatorio\" so pode ser chamada dentro de \"a cada tick\"\n"
-                           "  o sorteio muda o estado do gerador, e isso decide os ticks seguintes\n"},
-                          {"eventos.pulo.emitir()",
-                           "m.tvl:3:1: erro: \"eventos.pulo.emitir\" nao pode ser chamada "
-                           "aqui\n  ela vale em: a cada tick\n"}});
+        Tick, Declarations,
+        {
+            {"p(1)(nope)", "m.tvl:3:1: erro: isto nao e uma funcao\n"},
+            {"p(nope, 2)",
+             "m.tvl:3:1: erro: \"p\" espera 1 argumento(s) e recebeu 2\nm.tvl:3:3: erro: \"nope\" nao foi declarada\n"},
+            {"t: texto = formatar(\"\", p(1), p(2))",
+             "m.tvl:3:25: erro: esta chamada nao devolve valor, e aqui vai um valor\n" + noValue +
+                 "m.tvl:3:31: erro: esta chamada nao devolve valor, e aqui vai um valor\n" + noValue},
+            {"r = potencia(\"a\", 16777217)", "m.tvl:3:19:" + inexact},
+            {"v: vetor2 = vetor2(\"a\", 16777217)", "m.tvl:3:25:" + inexact},
+            {"r = limitar(0, 16777217, 2.5)", "m.tvl:3:16:" + inexact},
+            {"r.x(nope)\nr.x(1)",
+             "m.tvl:3:5: erro: \"nope\" nao foi declarada\nm.tvl:4:1: erro: real nao tem metodos\n"},
+            {"som.emitir(altura = 1, 2, Nome = \"b\", altura = 3)",
+             "m.tvl:3:24: erro: depois de um argumento com nome, todos precisam de nome\n"
+             "m.tvl:3:34: erro: \"som.emitir\" nao tem um argumento chamado \"Nome\"\n" +
+                 labels +
+                 "m.tvl:3:48: erro: o argumento \"altura\" foi dado duas vezes\n"
+                 "m.tvl:3:1: erro: \"som.emitir\" precisa do argumento \"chave\"\n" +
+                 labels + "m.tvl:3:1: erro: \"som.emitir\" precisa do argumento \"nome\"\n" + labels},
+            {"fisica.acordar(1, nope, corpo = 2)",
+             "m.tvl:3:1: erro: \"fisica.acordar\" espera 1 argumento(s) e recebeu 3\n"
+             "m.tvl:3:19: erro: \"nope\" nao foi declarada\n"},
+            {"eventos.pulo.emitir(valor = nope)",
+             "m.tvl:3:1: erro: \"emitir\" recebe o valor do evento (real)\n"
+             "  por exemplo: eventos.pulo.emitir(...)\nm.tvl:3:29: erro: \"nope\" nao foi declarada\n"},
+        });
+    ExpectReports(Frame, Declarations,
+                  {
+                      {"r = aleatorio(nope)", "m.tvl:3:15: erro: \"nope\" nao foi declarada\n"},
+                      {"r = aleatorio(\"a\")",
+                       "m.tvl:3:5: erro: \"aleatorio\" so pode ser chamada dentro de \"a cada tick\"\n"
+                       "  o sorteio muda o estado do gerador, e isso decide os ticks seguintes\n"},
+                  });
 }
 
 // A command is written as the call spells it, and exists only in a world that takes commands.
 TEST(Calls, SendCommands) {
     const std::string script = std::string(Frame) + "entrada.mandár.enviar(1)" + Declarations;
-    EXPECT_EQ(CompileScript(script).Code("a cada quadro"),
-              "0 PushText \"mandár\"\n1 PushReal 1\n2 CallHost 2 704\n3 Return\n");
+    EXPECT_EQ(CompileScript(script).Listing("a cada quadro"),
+              "0 PushText \"mandár\"; 1 PushReal 1; 2 CallHost 2 704; 3 Return");
     Api silent = WorldApi();
     silent.commandSend = 0;
     EXPECT_EQ(CompileScript(script, {}, &silent).reports,

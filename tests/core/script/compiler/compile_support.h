@@ -1,8 +1,11 @@
 // Scripts in, compiled programs and their reports out, for tests of the compiler.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <map>
 #include <string>
+#include <vector>
 
 #include "core/script/compiler/build.h"
 #include "core/script/program/listing.h"
@@ -22,6 +25,13 @@ struct Compiled {
         }
         return "no function " + name;
     }
+
+    // The same on one line, "; " between the operations.
+    [[nodiscard]] std::string Listing(const std::string& name) const {
+        std::string listing;
+        for (char letter : Code(name)) listing += letter == '\n' ? std::string("; ") : std::string(1, letter);
+        return listing.substr(0, listing.find_last_not_of("; ") + 1);
+    }
 };
 
 // Builds "m.tvl" with the given imports, by name.
@@ -38,6 +48,19 @@ inline Compiled CompileScript(const std::string& text, const std::map<std::strin
     result.good = BuildWithImports(SourceFile("m.tvl", text), loader, diagnostics, result.program, api);
     result.reports = diagnostics.Describe();
     return result;
+}
+
+// One piece of a script and what comes of it.
+struct Case {
+    std::string source;
+    std::string expected;
+};
+
+// Compiles each source between `before` and `after`, and compares the reports.
+inline void ExpectReports(const std::string& before, const std::string& after, const std::vector<Case>& cases) {
+    for (const Case& test : cases) {
+        EXPECT_EQ(CompileScript(before + test.source + after).reports, test.expected) << test.source;
+    }
 }
 
 }  // namespace tavrel::core::script

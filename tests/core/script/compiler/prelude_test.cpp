@@ -17,17 +17,10 @@ std::string Fault(const std::string& subject, const std::string& what) {
 }
 
 TEST(Prelude, NoWorldHasNoWorldNames) {
-    Compiled compiled = CompileScript(R"(modulo M
-registro Chao
-    o: objeto
-fim
-ao iniciar
-    x: real = mapa.altura(1.0, 2.0)
-    c: Chao
-    y: real = c.o.x
-fim
-)",
-                                      {}, nullptr);
+    Compiled compiled = CompileScript(
+        "modulo M\nregistro Chao\n    o: objeto\nfim\nao iniciar\n    x: real = mapa.altura(1.0, 2.0)\n"
+        "    c: Chao\n    y: real = c.o.x\nfim\n",
+        {}, nullptr);
     EXPECT_EQ(compiled.reports,
               "m.tvl:6:15: erro: \"mapa\" nao foi declarada\n"
               "m.tvl:8:15: erro: objeto nao tem um campo chamado \"x\"\n"
@@ -94,20 +87,10 @@ TEST(Prelude, ReadsEveryFormOfDefault) {
                       false}};
     Compiled compiled = CompileScript("modulo M\nao iniciar\nm.f()\nfim\n", {}, &api);
     ASSERT_TRUE(compiled.good) << compiled.reports;
-    EXPECT_EQ(compiled.Code("ao iniciar"), R"(0 PushInt -12
-1 PushReal 0
-2 PushBool 1
-3 PushText "a b"
-4 PushHandle 1 0
-5 PushReal 1
-6 PushReal 2
-7 PushReal 3
-8 PushReal 4.5
-9 MakeVector 4
-10 PushEnum 0 1
-11 CallHost 7 1
-12 Return
-)");
+    EXPECT_EQ(
+        compiled.Listing("ao iniciar"),
+        "0 PushInt -12; 1 PushReal 0; 2 PushBool 1; 3 PushText \"a b\"; 4 PushHandle 1 0; 5 PushReal 1; "
+        "6 PushReal 2; 7 PushReal 3; 8 PushReal 4.5; 9 MakeVector 4; 10 PushEnum 0 1; 11 CallHost 7 1; 12 Return");
 }
 
 }  // namespace

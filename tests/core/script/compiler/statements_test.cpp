@@ -6,155 +6,82 @@
 namespace tavrel::core::script {
 namespace {
 
-struct Case {
-    const char* body;  // of "procedimento p(n: inteiro)", from line 3 on
-    const char* reports;
-};
-
-constexpr const char* Declarations = R"(
-fim
-registro R
-    n: inteiro
-    v: vetor3
-fim
-constante K: vetor2 = vetor2(1, 2)
-estado
-    g: inteiro
-    l: lista de inteiro
-    d: dicionario de texto para vetor2
-    r: R
-fim
-funcao f(): vetor3
-    retorne vetor3(1, 2, 3)
-fim
-procedimento q()
-fim
-)";
-
-void ExpectReports(const std::vector<Case>& cases) {
-    for (const Case& test : cases) {
-        Compiled compiled =
-            CompileScript(std::string("modulo M\nprocedimento p(n: inteiro)\n") + test.body + Declarations);
-        EXPECT_EQ(compiled.reports, test.reports) << test.body;
-    }
-}
+// From line 3 on stands what is tested.
+constexpr const char* Procedure = "modulo M\nprocedimento p(n: inteiro)\n";
+constexpr const char* Declarations =
+    "\nfim\nregistro R\nn: inteiro\nv: vetor3\nfim\nconstante K: vetor2 = vetor2(1, 2)\nestado\ng: inteiro\n"
+    "l: lista de inteiro\nd: dicionario de texto para vetor2\nr: R\nfim\nfuncao f(): vetor3\n"
+    "retorne vetor3(1, 2, 3)\nfim\nprocedimento q()\nfim\n";
 
 TEST(Statements, DeclarationsAndBlocks) {
-    ExpectReports({
-        {"x: inteiro = x", "m.tvl:3:14: erro: \"x\" nao foi declarada\n"},
-        {"X: texto\nx: Nada = y\ná: real = 2\n a: real",
-         "m.tvl:4:4: erro: o tipo \"Nada\" nao foi declarado\n"
-         "  declare um \"registro\" ou uma \"enumeracao\" com esse nome\n"
-         "m.tvl:4:11: erro: \"y\" nao foi declarada\nm.tvl:6:2: erro: \"a\" ja foi declarada aqui\n"},
-        {"n: texto\nse n == \"\"\nn: inteiro\nn = 1\nfim\ng: texto = q()",
-         "m.tvl:8:1: erro: \"g\" ja existe fora deste bloco\n  use outro nome, para nao esconder a de fora\n"
-         "m.tvl:8:12: erro: \"g\" e texto e o valor e nada\n"},
-        {"para i de b ate \"x\" passo q()\nfim\ni = 2",
-         "m.tvl:3:11: erro: \"b\" nao foi declarada\n"
-         "m.tvl:3:17: erro: o laco \"para\" conta com inteiros, e este fim e texto\n"
-         "m.tvl:3:27: erro: o passo de um laco e um inteiro, e este e nada\n"
-         "m.tvl:5:1: erro: \"i\" nao foi declarada\n  para declarar, escreva \"i: tipo = valor\"\n"},
-        {"para cada x em d\nb()\nfim\npara cada x em b\ny: inteiro = x\nfim",
-         "m.tvl:3:16: erro: \"para cada\" percorre uma lista, e isto e dicionario de texto para vetor2\n"
-         "  para um dicionario, percorra as \"chaves()\", que ja vem em ordem\n"
-         "m.tvl:6:16: erro: \"b\" nao foi declarada\n"},
-        {"escolha r.v\ncaso f(), b\nfim",
-         "m.tvl:4:6: erro: vetor3 nao se compara com \"==\"\nm.tvl:4:11: erro: \"b\" nao foi declarada\n"
-         "m.tvl:4:11: erro: vetor3 nao se compara com \"==\"\n"},
-    });
+    ExpectReports(
+        Procedure, Declarations,
+        {
+            {"X: texto\nx: Nada = y\ná: real = 2\n a: real",
+             "m.tvl:4:4: erro: o tipo \"Nada\" nao foi declarado\n"
+             "  declare um \"registro\" ou uma \"enumeracao\" com esse nome\n"
+             "m.tvl:4:11: erro: \"y\" nao foi declarada\nm.tvl:6:2: erro: \"a\" ja foi declarada aqui\n"},
+            {"n: texto\nse n == \"\"\nn: inteiro\nn = 1\nfim\ng: texto = q()",
+             "m.tvl:8:1: erro: \"g\" ja existe fora deste bloco\n  use outro nome, para nao esconder a de fora\n"
+             "m.tvl:8:12: erro: \"g\" e texto e o valor e nada\n"},
+            {"para i de b ate \"x\" passo q()\nfim\ni = 2",
+             "m.tvl:3:11: erro: \"b\" nao foi declarada\n"
+             "m.tvl:3:17: erro: o laco \"para\" conta com inteiros, e este fim e texto\n"
+             "m.tvl:3:27: erro: o passo de um laco e um inteiro, e este e nada\n"
+             "m.tvl:5:1: erro: \"i\" nao foi declarada\n  para declarar, escreva \"i: tipo = valor\"\n"},
+            {"escolha r.v\ncaso f(), b\nfim",
+             "m.tvl:4:6: erro: vetor3 nao se compara com \"==\"\nm.tvl:4:11: erro: \"b\" nao foi declarada\n"
+             "m.tvl:4:11: erro: vetor3 nao se compara com \"==\"\n"},
+        });
 }
 
 // The value shows its own faults behind those of the target.
 TEST(Statements, Assignments) {
-    ExpectReports({
-        {"a = camera",
-         "m.tvl:3:1: erro: \"a\" nao foi declarada\n  para declarar, escreva \"a: tipo = valor\"\n"
-         "m.tvl:3:5: erro: \"camera\" e um agrupamento da API do mundo, e nao um valor\n"
-         "  \"camera\" tem atras, livre, orbita\n"},
-        {"g[0] = b", "m.tvl:3:1: erro: inteiro nao aceita indice\nm.tvl:3:8: erro: \"b\" nao foi declarada\n"},
-        {"d[1].x = n",
-         "m.tvl:3:3: erro: a chave deste dicionario e texto, e esta e inteiro\n"
-         "m.tvl:3:10: erro: o componente de um vetor e um real, e o valor e inteiro\n"
-         "  escreva real(...) ou ponha um ponto no numero\n"},
-        {"r.zé = b",
-         "m.tvl:3:1: erro: \"R\" nao tem um campo chamado \"zé\"\nm.tvl:3:8: erro: \"b\" nao foi declarada\n"},
-        {"d[\"a\"].y = b",
-         "m.tvl:3:1: erro: vetor2 nao tem campos para mudar\nm.tvl:3:12: erro: \"b\" nao foi declarada\n"},
-        {"f().x = b",
-         "m.tvl:3:1: erro: nao da para mudar um componente aqui\nm.tvl:3:9: erro: \"b\" nao foi declarada\n"},
-    });
-}
-
-// Only the last statement of each block counts, and a loop never does.
-TEST(Statements, PathsReturn) {
-    for (bool returns : {false, true}) {
-        Compiled compiled = CompileScript(
-            "modulo M\nfuncao a(n: inteiro): real\nescolha n\ncaso 1\nretorne 1\nsenao\nse n > 2\nretorne 2\nsenao\n" +
-            std::string(returns ? "retorne 3" : "enquanto verdadeiro\nretorne 3\nfim") + "\nfim\nfim\nfim\n");
-        EXPECT_EQ(
-            compiled.reports,
-            returns ? "" : "m.tvl:2:1: erro: \"a\" devolve real, mas ha um caminho que termina sem \"retorne\"\n");
-    }
+    ExpectReports(
+        Procedure, Declarations,
+        {
+            {"a = camera",
+             "m.tvl:3:1: erro: \"a\" nao foi declarada\n  para declarar, escreva \"a: tipo = valor\"\n"
+             "m.tvl:3:5: erro: \"camera\" e um agrupamento da API do mundo, e nao um valor\n"
+             "  \"camera\" tem atras, livre, orbita\n"},
+            {"g[0] = b", "m.tvl:3:1: erro: inteiro nao aceita indice\nm.tvl:3:8: erro: \"b\" nao foi declarada\n"},
+            {"d[1].x = n",
+             "m.tvl:3:3: erro: a chave deste dicionario e texto, e esta e inteiro\n"
+             "m.tvl:3:10: erro: o componente de um vetor e um real, e o valor e inteiro\n"
+             "  escreva real(...) ou ponha um ponto no numero\n"},
+            {"r.zé = b",
+             "m.tvl:3:1: erro: \"R\" nao tem um campo chamado \"zé\"\nm.tvl:3:8: erro: \"b\" nao foi declarada\n"},
+            {"d[\"a\"].y = b",
+             "m.tvl:3:1: erro: vetor2 nao tem campos para mudar\nm.tvl:3:12: erro: \"b\" nao foi declarada\n"},
+            {"f().x = b",
+             "m.tvl:3:1: erro: nao da para mudar um componente aqui\nm.tvl:3:9: erro: \"b\" nao foi declarada\n"},
+        });
 }
 
 TEST(Hooks, ParametersAreFixed) {
-    Compiled compiled = CompileScript(R"(modulo M
-ao desenhar (t: Nada)
-    retorne b
-fim
-camera
-    enquanto verdadeiro
-        retorne
-    fim
-fim
-comportamento B
-    ao tocar (outro: objeto)
-        outro = eu
-    fim
-    ao soltar (outro: objeto, outro: objeto)
-        eu: inteiro
-    fim
-fim
-)");
+    Compiled compiled = CompileScript(
+        "modulo M\nao desenhar (t: Nada)\nretorne b\nfim\n"
+        "comportamento B\nao tocar (outro: objeto)\noutro = eu\nfim\n"
+        "ao soltar (outro: objeto, outro: objeto)\neu: inteiro\nfim\nfim\n");
     EXPECT_EQ(compiled.reports,
               "m.tvl:2:1: erro: este gancho se escreve \"ao desenhar (tempo: real)\"\n"
               "m.tvl:2:17: erro: o tipo \"Nada\" nao foi declarado\n"
               "  declare um \"registro\" ou uma \"enumeracao\" com esse nome\n"
-              "m.tvl:3:13: erro: \"b\" nao foi declarada\n"
-              "m.tvl:3:5: erro: um procedimento nao devolve valor\n"
+              "m.tvl:3:9: erro: \"b\" nao foi declarada\n"
+              "m.tvl:3:1: erro: um procedimento nao devolve valor\n"
               "  para devolver um valor, declare uma \"funcao\"\n"
-              "m.tvl:7:9: erro: esta funcao devolve camera, entao \"retorne\" precisa de um valor\n"
-              "m.tvl:5:1: erro: \"camera\" devolve camera, e ha um caminho que nao chega a um \"retorne\"\n"
-              "m.tvl:14:5: erro: este gancho se escreve \"ao soltar (outro: objeto)\"\n"
-              "m.tvl:14:31: erro: \"outro\" ja e o nome de outro argumento\n"
-              "m.tvl:15:9: erro: \"eu\" ja existe fora deste bloco\n"
+              "m.tvl:9:1: erro: este gancho se escreve \"ao soltar (outro: objeto)\"\n"
+              "m.tvl:9:27: erro: \"outro\" ja e o nome de outro argumento\n"
+              "m.tvl:10:1: erro: \"eu\" ja existe fora deste bloco\n"
               "  use outro nome, para nao esconder a de fora\n");
 }
 
 // Neither order depends on the order of the blocks: that of functions, and that of initial values.
 TEST(Hooks, FunctionsAndTheirFrames) {
-    const std::string source = R"(modulo M
-importar "u"
-camera
-    c: camera
-    retorne c
-fim
-comportamento B
-    a cada tick (passo: real)
-        x: real = passo
-    fim
-fim
-evento ping
-visual
-    z: real = 2
-fim
-estado
-    y: inteiro = U
-fim
-funcao f(): inteiro
-    retorne 1
-fim
-)";
+    const std::string source =
+        "modulo M\nimportar \"u\"\ncamera\nc: camera\nretorne c\nfim\n"
+        "comportamento B\na cada tick (passo: real)\nx: real = passo\nfim\nfim\n"
+        "evento ping\nvisual\nz: real = 2\nfim\nestado\ny: inteiro = U\nfim\nfuncao f(): inteiro\nretorne 1\nfim\n";
     Compiled compiled = CompileScript(source, {{"u", "modulo U\nconstante U = 7\nprocedimento g()\nfim\n"}});
     const Program& program = compiled.program;
     std::string functions = compiled.reports;
@@ -169,10 +96,10 @@ fim
     EXPECT_EQ(program.behaviours[0].initializer, 3);
     EXPECT_EQ(program.hooks[7], 4);
     EXPECT_EQ(program.behaviours[0].hooks[4], 5);
-    EXPECT_EQ(compiled.Code("g"), "0 Return\n");
-    EXPECT_EQ(compiled.Code("valores iniciais"),
-              "0 LoadGlobal U\n1 StoreGlobal y\n2 PushReal 2\n3 StoreGlobal z\n4 PushInt 7\n5 StoreGlobal U\n"
-              "6 Return\n");
+    EXPECT_EQ(compiled.Listing("g"), "0 Return");
+    EXPECT_EQ(compiled.Listing("valores iniciais"),
+              "0 LoadGlobal U; 1 StoreGlobal y; 2 PushReal 2; 3 StoreGlobal z; 4 PushInt 7; 5 StoreGlobal U; "
+              "6 Return");
     // A fault is reported where its instruction comes from.
     const std::vector<std::uint32_t>& spans = program.functions[2].spans;
     EXPECT_EQ(spans[1], source.find("y: inteiro"));

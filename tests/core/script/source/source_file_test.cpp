@@ -32,14 +32,9 @@ TEST(SourceFile, ColumnsCountCharacters) {
 
 TEST(SourceFile, LinesLeaveTheirEndsBehind) {
     const SourceFile source("a", "a\r\nb\n\n\r\nfim");
-    EXPECT_EQ(source.Line(1), "a");
-    EXPECT_EQ(source.Line(2), "b");
-    EXPECT_EQ(source.Line(3), "");
-    EXPECT_EQ(source.Line(4), "");
-    EXPECT_EQ(source.Line(5), "fim");
-    EXPECT_EQ(source.Line(0), "");
+    const char* lines[] = {"", "a", "b", "", "", "fim", ""};
+    for (int line = 0; line < 7; ++line) EXPECT_EQ(source.Line(line), lines[line]) << line;
     EXPECT_EQ(source.Line(-1), "");
-    EXPECT_EQ(source.Line(6), "");
     ExpectAt(source, 1, 1, 2);
 }
 

@@ -61,8 +61,7 @@ TEST(Lexer, Lines) {
                 {"a\n\n\nb\n", "a nl b nl", ""},
                 {"\n\na", "nl a nl", ""},
                 {"(1,\n2)", "\"(\" 1 \",\" 2 \")\" nl", ""},
-                {")\n]\na", "\")\" nl \"]\" nl a nl", ""},
-                {"[\na\n", "\"[\" a nl", ""},
+                {")\n]\n(\na", "\")\" nl \"]\" nl \"(\" a nl", ""},
                 {"a\r\nb\rc", "a nl b c nl", ""}});
 }
 
@@ -93,7 +92,6 @@ TEST(Lexer, UnknownCharacterEndsTheLine) {
     ExpectRows(
         {{"a @ b", "a nl b nl", "t:1:3: erro: \"@\" nao e usado nesta linguagem\n"},
          {"!a", "nl a nl", "t:1:1: erro: \"!\" nao e usado nesta linguagem\n"},
-         {"\n#\n", "nl nl", "t:2:1: erro: \"#\" nao e usado nesta linguagem\n"},
          {"(\f)", "\"(\" nl \")\" nl", "t:1:2: erro: \"\f\" nao e usado nesta linguagem\n"},
          {"$\x80\x80\x80\x80", "nl \x80 nl", "t:1:1: erro: \"$\x80\x80\x80\" nao e usado nesta linguagem\n"},
          {std::string("\0a", 2), "nl a nl", std::string("t:1:1: erro: \"\0\" nao e usado nesta linguagem\n", 45)}});
@@ -108,9 +106,7 @@ TEST(Lexer, Numbers) {
                 {"0X 0b", "0 0 nl",
                  "t:1:1: erro: faltam os digitos depois de \"0x\"\n"
                  "t:1:4: erro: faltam os digitos depois de \"0b\"\n"},
-                {"9223372036854775807", "9223372036854775807 nl", ""},
                 {"9223372036854775808", "922337203685477580 nl", "t:1:1: erro: " + tooLarge},
-                {"0x7fffffffffffffff", "9223372036854775807 nl", ""},
                 {"0x8000000000000000", "576460752303423488 nl", "t:1:1: erro: " + tooLarge},
                 {"x 1.0e99", "x 3.40282347e38r nl", "t:1:3: erro: este numero nao cabe num real\n"}});
 }
@@ -123,7 +119,6 @@ TEST(Lexer, Texts) {
                 {R"("a\qb\n")", "'aqb\n' nl", "t:1:3: erro: \"\\q" + escapes},
                 {"\"a\\\nb\"", "'a\nb' nl", "t:1:3: erro: \"\\\n" + escapes},
                 {"\"abc", "'abc' nl", "t:1:1: erro: " + open},
-                {"\"abc\nd", "'abc' nl d nl", "t:1:1: erro: " + open},
                 {"\"abc\\", "'abc\\' nl", "t:1:1: erro: " + open}});
 }
 

@@ -5,19 +5,8 @@
 namespace tavrel::core::script {
 namespace {
 
-struct Row {
-    const char* source;
-    const char* tree;
-    const char* reports = "";
-};
-
-void ExpectRows(std::initializer_list<Row> rows) {
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.source);
-        const Parsed parsed = ParseBody(row.source);
-        EXPECT_EQ(BodyText(parsed), row.tree);
-        EXPECT_EQ(parsed.reports, row.reports);
-    }
+void ExpectRows(std::initializer_list<BodyRow> rows) {
+    for (const BodyRow& row : rows) ExpectBody(row);
 }
 
 TEST(ParseStatements, Simple) {
@@ -47,23 +36,16 @@ TEST(ParseStatements, Loops) {
 
 TEST(ParseStatements, Switch) {
     ExpectRows({{"escolha x\n\ncaso 1, 2\nf()\ncaso y\n\nsenao\ng()\nfim",
-                 "{(switch x (1 2 {(call f)}) (y {}) else {(call g)})}"},
-                {"escolha x\nfim", "{(switch x)}", "t:3:1: erro: um \"escolha\" precisa de pelo menos um \"caso\"\n"}});
+                 "{(switch x (1 2 {(call f)}) (y {}) else {(call g)})}"}});
 }
 
 TEST(ParseStatements, LinesThatDoNothing) {
     ExpectRows({{"x", "{x}", "t:3:1: erro: esta linha nao faz nada\n  para atribuir, escreva \"nome = valor\"\n"},
-                {"escreval", "{escreval}", "t:3:1: erro: esta linha nao faz nada\n  escreva(...) imprime uma linha\n"},
-                {"1 + 2", "{(+ 1 2)}", "t:3:1: erro: esta linha nao faz nada\n"},
-                {"inteiro(x)", "{(inteiro x)}", "t:3:1: erro: esta linha nao faz nada\n"},
                 {"f() g()", "{(call f)}", "t:3:5: erro: esperava o fim da linha, e veio um nome\n"}});
 }
 
 TEST(ParseStatements, FaultyLoops) {
-    ExpectRows({{"pare\nescolha a\ncaso 1\ncontinue\nfim", "{pare; (switch a (1 {continue}))}",
-                 "t:3:1: erro: \"pare\" so vale dentro de um laco\n"
-                 "t:6:1: erro: \"continue\" so vale dentro de um laco\n"},
-                {"para se em l\nfim", "{(for  0 em - {})}",
+    ExpectRows({{"para se em l\nfim", "{(for  0 em - {})}",
                  "t:3:6: erro: esperava o nome da variavel do laco, e veio \"se\"\n"
                  "  esta e uma palavra reservada da linguagem\n"
                  "t:3:6: erro: depois do nome vem \"de\", o primeiro valor, \"ate\" e o ultimo\n"
@@ -81,11 +63,6 @@ TEST(ParseStatements, BlocksThatDoNotEnd) {
                  "t:3:14: erro: esperava um valor, e veio \"fim\"\n"
                  "t:5:1: erro: faltou \"fim\" para fechar procedimento\n"
                  "  o bloco de \"procedimento\" precisa terminar com \"fim\"\n"},
-                {"caso 1", "{}",
-                 "t:3:1: erro: faltou \"fim\" para fechar procedimento\n"
-                 "  o bloco de \"procedimento\" precisa terminar com \"fim\"\n"
-                 "t:3:1: erro: esperava uma declaracao, e veio \"caso\"\n"
-                 "t:4:1: erro: esperava uma declaracao, e veio \"fim\"\n"},
                 {"escolha a\nsenao\nb()\ncaso 1", "{(switch a else {(call b)})}",
                  "t:3:1: erro: um \"escolha\" precisa de pelo menos um \"caso\"\n"
                  "t:6:1: erro: faltou \"fim\" para fechar escolha\n"
@@ -93,11 +70,7 @@ TEST(ParseStatements, BlocksThatDoNotEnd) {
                  "t:6:1: erro: faltou \"fim\" para fechar procedimento\n"
                  "  o bloco de \"procedimento\" precisa terminar com \"fim\"\n"
                  "t:6:1: erro: esperava uma declaracao, e veio \"caso\"\n"
-                 "t:7:1: erro: esperava uma declaracao, e veio \"fim\"\n"},
-                {"se a\nfimse", "{(if (a {fimse}))}",
-                 "t:4:1: erro: esta linha nao faz nada\n  termine o bloco com \"fim\"\n"
-                 "t:6:1: erro: faltou \"fim\" para fechar procedimento\n"
-                 "  o bloco de \"procedimento\" precisa terminar com \"fim\"\n"}});
+                 "t:7:1: erro: esperava uma declaracao, e veio \"fim\"\n"}});
 }
 
 TEST(ParseStatements, Spans) {

@@ -2,6 +2,8 @@
 // "(+ a (* b c))". Statements in a block stand between braces, one behind another with ";".
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -47,7 +49,7 @@ public:
             case ExprKind::Index: return Form({"index", left, right});
             case ExprKind::Field: return Form({".", left, text});
             case ExprKind::List: return Form({"list" + Arguments(expr)});
-            case ExprKind::Dictionary: return Form({"dict" + Entries(expr)});
+            case ExprKind::Dictionary: return Form({"dict" + Arguments(expr)});
             case ExprKind::Conversion: return Form({Word(expr.op) + Arguments(expr)});
         }
         return "?";
@@ -94,22 +96,16 @@ private:
         return "(" + text + ")";
     }
 
+    // The items of a call, a list or a dictionary, behind their labels or keys.
     std::string Arguments(const Expr& expr) const {
         const auto labels = unit.Labels(expr.labels);
+        const auto keys = unit.Indices(expr.keys);
         std::string text;
         for (std::size_t at = 0; at < unit.Indices(expr.items).size(); ++at) {
             text += " ";
             if (!labels.empty() && !labels[at].empty()) text += std::string(labels[at]) + "=";
+            if (!keys.empty()) text += Expression(keys[at]) + ":";
             text += Expression(unit.Indices(expr.items)[at]);
-        }
-        return text;
-    }
-
-    std::string Entries(const Expr& expr) const {
-        std::string text;
-        for (std::size_t at = 0; at < unit.Indices(expr.items).size(); ++at) {
-            text.append(" ").append(Expression(unit.Indices(expr.keys)[at]));
-            text.append(":").append(Expression(unit.Indices(expr.items)[at]));
         }
         return text;
     }
@@ -150,6 +146,19 @@ inline Parsed ParseBody(const std::string& body) {
 
 inline std::string BodyText(const Parsed& parsed) {
     return TreeText(parsed.unit).Block(parsed.unit.functions.at(0).body);
+}
+
+struct BodyRow {
+    std::string source;  // from line 3 on
+    std::string tree;
+    std::string reports = {};
+};
+
+inline void ExpectBody(const BodyRow& row) {
+    SCOPED_TRACE(row.source);
+    const Parsed parsed = ParseBody(row.source);
+    EXPECT_EQ(BodyText(parsed), row.tree);
+    EXPECT_EQ(parsed.reports, row.reports);
 }
 
 }  // namespace tavrel::core::script

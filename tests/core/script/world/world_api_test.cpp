@@ -17,10 +17,6 @@ const ApiFunction& Function(const std::string& name) {
     return found == functions.end() ? none : *found;
 }
 
-TEST(WorldApi, IsOneTable) {
-    EXPECT_EQ(&WorldApi(), &WorldApi());
-}
-
 TEST(WorldApi, NoIdServesTwice) {
     const Api& api = WorldApi();
     std::multiset<std::uint32_t> ids = {api.inputPressed, api.inputHeld, api.inputReleased, api.inputValue,
@@ -32,16 +28,13 @@ TEST(WorldApi, NoIdServesTwice) {
     EXPECT_EQ(ids.size(), 69u);
 }
 
-TEST(WorldApi, KeepsTheWireNumbersOfItsRows) {
+TEST(WorldApi, KeepsTheNumbersThatProgramsCarry) {
     EXPECT_EQ(Function("mapa.objeto").id, 5u);
     EXPECT_EQ(Function("fisica.andar").id, 216u);
     EXPECT_EQ(Function("portas.aberta").id, 803u);
     EXPECT_EQ(Function("som.emitir_em").id, 303u);
     EXPECT_EQ(WorldApi().functions.front().id, 5u);
     EXPECT_EQ(WorldApi().functions.back().id, 902u);
-}
-
-TEST(WorldApi, MasksAreTheNumbersThatProgramsCarry) {
     EXPECT_EQ(Function("fisica.impulso").hooks, 0x10u);
     EXPECT_EQ(Function("som.tocar").hooks, 0x63u);
     EXPECT_EQ(Function("sessao.presente").hooks, 0xF0u);
