@@ -18,19 +18,17 @@ struct Compiled {
     std::string reports;
     Program program;
 
-    // The code of the function of that name as text.
-    [[nodiscard]] std::string Code(const std::string& name) const {
+    // The code of the function of that name on one line, "; " between the operations.
+    [[nodiscard]] std::string Listing(const std::string& name) const {
         for (const Function& function : program.functions) {
-            if (function.name == name) return ListFunction(program, function);
+            if (function.name != name) continue;
+            std::string listing;
+            for (char letter : ListFunction(program, function)) {
+                listing += letter == '\n' ? std::string("; ") : std::string(1, letter);
+            }
+            return listing.substr(0, listing.find_last_not_of("; ") + 1);
         }
         return "no function " + name;
-    }
-
-    // The same on one line, "; " between the operations.
-    [[nodiscard]] std::string Listing(const std::string& name) const {
-        std::string listing;
-        for (char letter : Code(name)) listing += letter == '\n' ? std::string("; ") : std::string(1, letter);
-        return listing.substr(0, listing.find_last_not_of("; ") + 1);
     }
 };
 

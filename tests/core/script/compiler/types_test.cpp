@@ -118,8 +118,8 @@ TEST(Names, FieldsHideGlobals) {
         "comportamento C\nestado\nA: real\nà: inteiro\nfim\n"
         "ao nascer\na = b\nfim\nfim\n");
     ASSERT_TRUE(compiled.good) << compiled.reports;
-    EXPECT_EQ(compiled.Code("f"), "0 LoadGlobal a\n1 LoadGlobal b\n2 AddInt\n3 ReturnValue\n4 Return\n");
-    EXPECT_EQ(compiled.Code("ao nascer de C"), "0 LoadLocal 0\n1 LoadGlobal b\n2 FieldSet 3\n3 Return\n");
+    EXPECT_EQ(compiled.Listing("f"), "0 LoadGlobal a; 1 LoadGlobal b; 2 AddInt; 3 ReturnValue; 4 Return");
+    EXPECT_EQ(compiled.Listing("ao nascer de C"), "0 LoadLocal 0; 1 LoadGlobal b; 2 FieldSet 3; 3 Return");
 }
 
 }  // namespace
