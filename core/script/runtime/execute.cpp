@@ -1,0 +1,643 @@
+// The interpreter's loop. Registers of the machine: `ip` the next operation, `base` the frame, `u` the difference
+// between instructions executed and place in the program's code (prepared.h).
+#include <algorithm>
+#include <limits>
+
+#include "core/script/runtime/dictionary.h"
+#include "core/script/runtime/interpreter.h"
+#include "core/script/runtime/native_math.h"
+#include "core/script/runtime/natives.h"
+
+namespace tavrel::core::script {
+
+namespace {
+
+// "-a" and "a - b" on a vector: all four lanes, so that the compiler can use one instruction for them.
+template <typename Combine>
+Value OnLanes(const Value& a, Combine combine) {
+    Value result = a;
+    if (ComponentCount(a.kind) == 0) result.kind = Kind::Vec3;
+    for (int i = 0; i < 4; ++i) result.components[i] = combine(i);
+    return result;
+}
+
+std::int32_t ShortDelta(const FastInstruction& instruction) { return static_cast<std::int16_t>(instruction.flags); }
+
+}  // namespace
+
+// One case an operation; a macro stands for what many of them share.
+#define SLOT(offset) (*reinterpret_cast<Value*>(base + (offset)))
+#define PICK(shift, offset) (*reinterpret_cast<Value*>(places[(i.flags >> (shift)) & 3U] + (offset)))
+#define SET_INT(offset, value)          \
+    {                                   \
+        const std::int64_t set = value; \
+        SLOT(offset).kind = Kind::Int;  \
+        SLOT(offset).word = set;        \
+    }
+#define SET_REAL(offset, value) SLOT(offset) = MakeReal(value)
+#define SET_BOOL(offset, value)         \
+    {                                   \
+        const bool set = value;         \
+        SLOT(offset).kind = Kind::Bool; \
+        SLOT(offset).word = set;        \
+    }
+#define FAULT(text)       \
+    {                     \
+        message = (text); \
+        goto fault;       \
+    }
+#define CHECKED(call) \
+    if (!(call)) goto misplaced
+// What an owned operand leaves behind.
+#define DROP_TAKEN(flag, value)             \
+    if (i.flags & (flag)) {                 \
+        const Value taken = value;          \
+        (value).kind = Kind::Nothing;       \
+        heap.Drop(taken);                   \
+    }
+#define STORE(offset, value)                           \
+    {                                                  \
+        Value& destination = SLOT(offset);             \
+        if (i.flags & DropOld) {                       \
+            const Value old = destination;             \
+            destination = value;                       \
+            heap.Drop(old);                            \
+        } else {                                       \
+            destination = value;                       \
+        }                                              \
+    }
+#define JUMP_IF(condition)              \
+    if (condition) {                    \
+        u += ShortDelta(i);             \
+        ip = begin + i.a;               \
+    }                                   \
+    break
+#define LOOP_IF(condition)              \
+    if (u > limit) goto nearBudget;     \
+    JUMP_IF(condition)
+#define COMPARISONS(prefix, suffix, jump, left, right)            \
+    case FastOp::prefix##Equal##suffix:                           \
+        jump((left) == (right));                                  \
+    case FastOp::prefix##NotEqual##suffix:                        \
+        jump((left) != (right));                                  \
+    case FastOp::prefix##Less##suffix:                            \
+        jump((left) < (right));                                   \
+    case FastOp::prefix##LessEqual##suffix:                       \
+        jump(!((left) > (right)));                                \
+    case FastOp::prefix##Greater##suffix:                         \
+        jump((left) > (right));                                   \
+    case FastOp::prefix##GreaterEqual##suffix:                    \
+        jump(!((left) < (right)))
+#define INT_OF(operand) static_cast<std::int64_t>(static_cast<std::int32_t>(operand))
+#define REAL_OF(operand) std::bit_cast<float>(operand)
+
+// A NaN is neither less nor greater than anything here, and so both "<=" and ">=" hold for it.
+bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& result) {
+    Heap& heap = vm.heap;
+    const std::int64_t budget =
+        static_cast<std::int64_t>(std::min<std::uint64_t>(vm.budget, std::numeric_limits<std::int64_t>::max() / 4));
+    const std::int64_t limit = budget - vm.prepared->margin;
+    std::int64_t u = 0;
+    const FastInstruction* ip = nullptr;
+    const FastInstruction* begin = nullptr;
+    char* base = nullptr;
+    char* places[3] = {nullptr, reinterpret_cast<char*>(vm.globals.data()), nullptr};
+    const char* message = nullptr;
+    const auto rebase = [&](std::uint64_t slot) {
+        base = reinterpret_cast<char*>(vm.stack.Data() + slot);
+        places[0] = base;
+    };
+    const auto enter = [&] {
+        begin = code->code.data();
+        places[2] = reinterpret_cast<char*>(const_cast<Value*>(code->constants.data()));
+    };
+    const auto origin = [&]() -> const Origin& { return code->origins[static_cast<std::size_t>(ip - 1 - begin)]; };
+
+    rebase(first);
+    if (u > limit) code = CodeOf(*vm.prepared, code->function, true);
+    if (code == nullptr) return FailInvalid();
+    enter();
+    ip = begin;
+
+    for (;;) {
+        const FastInstruction& i = *ip++;
+        switch (i.op) {
+            case FastOp::LoadConst: {
+                const Value value = *reinterpret_cast<const Value*>(places[2] + i.c);
+                heap.Retain(value);
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::Copy: {
+                Value& source = PICK(PlaceOfB, i.b);
+                const Value value = source;
+                if (i.flags & TakeB) {
+                    source.kind = Kind::Nothing;
+                } else {
+                    heap.Retain(value);
+                }
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::CopyPlain:
+                SLOT(i.a) = SLOT(i.b);
+                break;
+            case FastOp::StoreGlobal: {
+                Value& source = PICK(PlaceOfB, i.b);
+                const Value value = source;
+                if (i.flags & TakeB) {
+                    source.kind = Kind::Nothing;
+                } else {
+                    heap.Retain(value);
+                }
+                Value& global = *reinterpret_cast<Value*>(places[1] + i.a);
+                const Value old = global;
+                global = value;
+                heap.Drop(old);
+                break;
+            }
+            case FastOp::DropSlot: {
+                const Value old = SLOT(i.a);
+                SLOT(i.a).kind = Kind::Nothing;
+                heap.Drop(old);
+                break;
+            }
+
+            case FastOp::AddInt: {
+                std::int64_t sum;
+                if (__builtin_add_overflow(SLOT(i.b).word, SLOT(i.c).word, &sum)) FAULT(OverflowFault);
+                SET_INT(i.a, sum);
+                break;
+            }
+            case FastOp::AddIntImm: {
+                std::int64_t sum;
+                if (__builtin_add_overflow(SLOT(i.b).word, INT_OF(i.c), &sum)) FAULT(OverflowFault);
+                SET_INT(i.a, sum);
+                break;
+            }
+            case FastOp::SubInt: {
+                std::int64_t difference;
+                if (__builtin_sub_overflow(SLOT(i.b).word, SLOT(i.c).word, &difference)) FAULT(OverflowFault);
+                SET_INT(i.a, difference);
+                break;
+            }
+            case FastOp::MulInt: {
+                std::int64_t product;
+                if (__builtin_mul_overflow(SLOT(i.b).word, SLOT(i.c).word, &product)) FAULT(OverflowFault);
+                SET_INT(i.a, product);
+                break;
+            }
+            case FastOp::MulIntImm: {
+                std::int64_t product;
+                if (__builtin_mul_overflow(SLOT(i.b).word, INT_OF(i.c), &product)) FAULT(OverflowFault);
+                SET_INT(i.a, product);
+                break;
+            }
+            case FastOp::DivInt: {
+                const std::int64_t divisor = SLOT(i.c).word;
+                if (divisor == 0) FAULT(DivisionFault);
+                if (divisor == -1 && SLOT(i.b).word == std::numeric_limits<std::int64_t>::min()) FAULT(OverflowFault);
+                SET_INT(i.a, SLOT(i.b).word / divisor);
+                break;
+            }
+            case FastOp::DivIntImm:
+                SET_INT(i.a, SLOT(i.b).word / INT_OF(i.c));
+                break;
+            case FastOp::ModInt: {
+                const std::int64_t divisor = SLOT(i.c).word;
+                if (divisor == 0) FAULT("resto de divisao por zero");
+                SET_INT(i.a, divisor == -1 ? 0 : SLOT(i.b).word % divisor);
+                break;
+            }
+            case FastOp::ModIntImm:
+                SET_INT(i.a, SLOT(i.b).word % INT_OF(i.c));
+                break;
+            case FastOp::NegInt:
+                if (SLOT(i.b).word == std::numeric_limits<std::int64_t>::min()) FAULT(OverflowFault);
+                SET_INT(i.a, -SLOT(i.b).word);
+                break;
+
+            case FastOp::AddReal:
+                SET_REAL(i.a, SLOT(i.b).Real() + SLOT(i.c).Real());
+                break;
+            case FastOp::AddRealImm:
+                SET_REAL(i.a, SLOT(i.b).Real() + REAL_OF(i.c));
+                break;
+            case FastOp::SubReal:
+                SET_REAL(i.a, SLOT(i.b).Real() - SLOT(i.c).Real());
+                break;
+            case FastOp::MulReal:
+                SET_REAL(i.a, SLOT(i.b).Real() * SLOT(i.c).Real());
+                break;
+            case FastOp::MulRealImm:
+                SET_REAL(i.a, SLOT(i.b).Real() * REAL_OF(i.c));
+                break;
+            case FastOp::DivReal:
+                if (SLOT(i.c).Real() == 0.0F) FAULT(DivisionFault);
+                SET_REAL(i.a, SLOT(i.b).Real() / SLOT(i.c).Real());
+                break;
+            case FastOp::DivRealImm:
+                SET_REAL(i.a, SLOT(i.b).Real() / REAL_OF(i.c));
+                break;
+            case FastOp::NegReal:
+                SLOT(i.a) = MakeWord(Kind::Real, (SLOT(i.b).word ^ 0x80000000) & 0xFFFFFFFF);
+                break;
+
+            case FastOp::AddVec: {
+                const Value& a = SLOT(i.b);
+                const Value& b = SLOT(i.c);
+                SLOT(i.a) = OnLanes(a, [&](int lane) { return a.components[lane] + b.components[lane]; });
+                break;
+            }
+            case FastOp::SubVec: {
+                const Value& a = SLOT(i.b);
+                const Value& b = SLOT(i.c);
+                SLOT(i.a) = OnLanes(a, [&](int lane) { return a.components[lane] - b.components[lane]; });
+                break;
+            }
+            case FastOp::NegVec: {
+                const Value& a = SLOT(i.b);
+                SLOT(i.a) = OnLanes(a, [&](int lane) { return -a.components[lane]; });
+                break;
+            }
+            case FastOp::ScaleVec: {
+                const Value& a = SLOT(i.b);
+                const float factor = SLOT(i.c).Real();
+                SLOT(i.a) = OnLanes(a, [&](int lane) { return a.components[lane] * factor; });
+                break;
+            }
+            case FastOp::DivVec: {
+                const Value& a = SLOT(i.b);
+                const float divisor = SLOT(i.c).Real();
+                if (divisor == 0.0F) FAULT(DivisionFault);
+                SLOT(i.a) = OnLanes(a, [&](int lane) { return a.components[lane] / divisor; });
+                break;
+            }
+            case FastOp::VecGet:
+                SET_REAL(i.a, SLOT(i.b).components[i.c]);
+                break;
+            case FastOp::VecSet: {
+                Value vector = SLOT(i.b);
+                if (ComponentCount(vector.kind) == 0) vector.kind = Kind::Vec3;
+                vector.components[i.flags] = SLOT(i.c).Real();
+                SLOT(i.a) = vector;
+                break;
+            }
+            case FastOp::MakeVector: {
+                const Value* parts = &SLOT(i.b);
+                Value vector = MakeVector(i.c == 2 ? Kind::Vec2 : i.c == 3 ? Kind::Vec3 : Kind::Color, 0.0F, 0.0F);
+                for (std::uint32_t part = 0; part < i.c; ++part) vector.components[part] = parts[part].Real();
+                SLOT(i.a) = vector;
+                break;
+            }
+
+            case FastOp::Not:
+                SET_BOOL(i.a, SLOT(i.b).word == 0);
+                break;
+            case FastOp::CompareInt: {
+                const std::int64_t a = SLOT(i.b).word;
+                const std::int64_t b = SLOT(i.c).word;
+                SET_BOOL(i.a, ((i.flags >> (1 + (a > b) - (a < b))) & 1) != 0);
+                break;
+            }
+            case FastOp::CompareReal: {
+                const float a = SLOT(i.b).Real();
+                const float b = SLOT(i.c).Real();
+                SET_BOOL(i.a, ((i.flags >> (1 + (a > b) - (a < b))) & 1) != 0);
+                break;
+            }
+            case FastOp::SameReal:
+                SET_BOOL(i.a, (SLOT(i.b).Real() == SLOT(i.c).Real()) == (i.flags == 0));
+                break;
+            case FastOp::CompareAny: {
+                Value& a = PICK(PlaceOfB, i.b);
+                Value& b = PICK(PlaceOfC, i.c);
+                const bool truth = Compare(a, b, i.flags >> ComparisonShift);
+                DROP_TAKEN(TakeB, a);
+                DROP_TAKEN(TakeC, b);
+                SET_BOOL(i.a, truth);
+                break;
+            }
+
+            case FastOp::FieldGet: {
+                Value& record = PICK(PlaceOfB, i.b);
+                if (record.kind != Kind::Record) goto invalid;
+                const HeapObject& object = heap.objects[record.ObjectIndex()];
+                if (i.c >= object.items.size()) goto invalid;
+                const Value value = object.items[i.c];
+                heap.Retain(value);
+                DROP_TAKEN(TakeB, record);
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::FieldSet: {
+                Value& record = PICK(PlaceOfA, i.a);
+                if (record.kind != Kind::Record) goto invalid;
+                HeapObject& object = heap.objects[record.ObjectIndex()];
+                if (i.b >= object.items.size()) goto invalid;
+                Value& source = PICK(PlaceOfC, i.c);
+                const Value value = source;
+                if (i.flags & TakeC) {
+                    source.kind = Kind::Nothing;
+                } else {
+                    heap.Retain(value);
+                }
+                const Value old = object.items[i.b];
+                object.items[i.b] = value;
+                heap.Drop(old);
+                DROP_TAKEN(TakeA, record);
+                break;
+            }
+            case FastOp::ListGet: {
+                Value& list = PICK(PlaceOfB, i.b);
+                if (list.kind != Kind::List) goto invalid;
+                const HeapObject& object = heap.objects[list.ObjectIndex()];
+                const std::int64_t index = SLOT(i.c).word;
+                if (static_cast<std::uint64_t>(index) >= object.items.size()) {
+                    CHECKED(FailIndex(object.items.size(), index));
+                }
+                const Value value = object.items[static_cast<std::size_t>(index)];
+                heap.Retain(value);
+                DROP_TAKEN(TakeB, list);
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::ListSet: {
+                Value& list = PICK(PlaceOfA, i.a);
+                if (list.kind != Kind::List) goto invalid;
+                HeapObject& object = heap.objects[list.ObjectIndex()];
+                const std::int64_t index = SLOT(i.b).word;
+                if (static_cast<std::uint64_t>(index) >= object.items.size()) {
+                    CHECKED(FailIndex(object.items.size(), index));
+                }
+                Value& source = PICK(PlaceOfC, i.c);
+                const Value value = source;
+                if (i.flags & TakeC) {
+                    source.kind = Kind::Nothing;
+                } else {
+                    heap.Retain(value);
+                }
+                const Value old = object.items[static_cast<std::size_t>(index)];
+                object.items[static_cast<std::size_t>(index)] = value;
+                heap.Drop(old);
+                DROP_TAKEN(TakeA, list);
+                break;
+            }
+            case FastOp::DictGet: {
+                Value& dict = PICK(PlaceOfB, i.b);
+                Value& key = PICK(PlaceOfC, i.c);
+                Value value;
+                CHECKED(DictGet(dict, key, value));
+                DROP_TAKEN(TakeB, dict);
+                DROP_TAKEN(TakeC, key);
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::DictSet:
+                CHECKED(DictSet(&SLOT(i.a)));
+                break;
+            case FastOp::DictObtain: {
+                Value value;
+                CHECKED(DictObtain(&SLOT(i.b), value));
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::MakeList: {
+                Value value;
+                CHECKED(MakeList(&SLOT(i.b), i.c, value));
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::MakeDict: {
+                Value value;
+                CHECKED(MakeDict(&SLOT(i.b), i.c, value));
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::MakeRecord: {
+                Value value;
+                CHECKED(MakeRecord(&SLOT(i.b), i.c, value));
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::NewRecord: {
+                Value value;
+                CHECKED(vm.NewRecordValue(static_cast<std::int32_t>(i.c), value));
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::NewList:
+            case FastOp::NewDict: {
+                Value value;
+                CHECKED(NewEmpty(i.op == FastOp::NewList ? Kind::List : Kind::Dict, value));
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::ConcatText: {
+                Value& left = PICK(PlaceOfB, i.b);
+                Value& right = PICK(PlaceOfC, i.c);
+                Value value;
+                CHECKED(Concat(left, right, (i.flags & TakeB) != 0, value));
+                DROP_TAKEN(TakeB, left);
+                DROP_TAKEN(TakeC, right);
+                STORE(i.a, value);
+                break;
+            }
+
+            case FastOp::Call: {
+                if (vm.frames.size() >= Vm::MaxFrames) FAULT(TooDeepFault);
+                const PreparedCode* callee = CodeOf(*vm.prepared, static_cast<std::int32_t>(i.c), false);
+                if (callee == nullptr) goto invalid;
+                u += static_cast<std::int32_t>(i.b);
+                vm.frames.back().pc = static_cast<std::uint64_t>(static_cast<std::int32_t>(i.b) - ShortDelta(i));
+                if (u > limit) callee = CodeOf(*vm.prepared, static_cast<std::int32_t>(i.c), true);
+                if (callee == nullptr) goto invalid;
+                const std::uint64_t caller = vm.frames.back().base;
+                const std::uint64_t frame = caller + i.a / SlotBytes;
+                callers[depth++] = {ip, code, caller};
+                vm.frames.push_back({static_cast<std::int32_t>(i.c), frame, 0});
+                vm.stack.Reserve(frame + callee->extent);
+                rebase(frame);
+                code = callee;
+                enter();
+                ip = begin;
+                if (code->clearLocals) {
+                    const auto params = vm.program->functions[static_cast<std::size_t>(code->function)].params;
+                    std::fill(&SLOT(0) + params, &SLOT(0) + code->locals, Value());
+                }
+                break;
+            }
+            case FastOp::Return:
+            case FastOp::ReturnValue: {
+                Value value;
+                if (i.op == FastOp::ReturnValue) {
+                    Value& source = PICK(PlaceOfB, i.b);
+                    value = source;
+                    if (i.flags & TakeB) {
+                        source.kind = Kind::Nothing;
+                    } else {
+                        heap.Retain(value);
+                    }
+                }
+                if (i.flags & CleanAll) {
+                    DropLocals(&SLOT(0), 0, code->locals);
+                } else if (i.c != 0) {
+                    DropLocals(&SLOT(0), i.c & 0xFFFF, i.c >> 16U);
+                }
+                const std::int64_t used = u + static_cast<std::int32_t>(i.a);
+                const std::uint64_t frame = vm.frames.back().base;
+                vm.frames.pop_back();
+                if (vm.frames.size() == entry) {
+                    vm.used = static_cast<std::uint64_t>(used);
+                    vm.stack.SetSize(frame);
+                    result = value;
+                    return true;
+                }
+                if (i.op == FastOp::ReturnValue) SLOT(0) = value;
+                const Caller& caller = callers[--depth];
+                const std::uint64_t pc = vm.frames.back().pc;
+                u = used - static_cast<std::int64_t>(pc);
+                ip = caller.next;
+                code = caller.code;
+                if (u > limit && code->entries.empty()) {
+                    code = CodeOf(*vm.prepared, code->function, true);
+                    ip = code->code.data() + code->entries[pc];
+                }
+                rebase(caller.base);
+                enter();
+                break;
+            }
+            case FastOp::CallNative: {
+                vm.frames.back().pc = std::uint64_t{origin().pc} + 1;
+                const std::uint64_t frame = vm.frames.back().base;
+                vm.stack.SetSize(frame + i.a / SlotBytes + i.b);
+                if (!vm.CallNativeAt(static_cast<Native>(i.c), i.b)) {
+                    vm.Fail("a funcao nativa falhou");
+                    goto failed;
+                }
+                rebase(frame);
+                break;
+            }
+            case FastOp::CallHost: {
+                if (i.b == MissingArguments) FAULT("faltam argumentos para a funcao do mundo");
+                vm.frames.back().pc = std::uint64_t{origin().pc} + 1;
+                vm.used = static_cast<std::uint64_t>(u + origin().delta + origin().pc + 1);
+                const std::uint64_t frame = vm.frames.back().base;
+                if (!CallHost(frame + i.a / SlotBytes, i.b, i.c)) goto failed;
+                vm.stack.Reserve(frame + code->extent);
+                rebase(frame);
+                break;
+            }
+            case FastOp::NativeUnary: {
+                Value value;
+                CHECKED(CallUnary(static_cast<Native>(i.c), &SLOT(i.b), value));
+                SLOT(i.a) = value;
+                break;
+            }
+            case FastOp::ListSize: {
+                const Value& list = PICK(PlaceOfB, i.b);
+                if (list.kind != Kind::List) goto invalid;
+                SET_INT(i.a, static_cast<std::int64_t>(heap.objects[list.ObjectIndex()].items.size()));
+                break;
+            }
+            case FastOp::ListAppend: {
+                Value& list = PICK(PlaceOfB, i.b);
+                Value& item = PICK(PlaceOfC, i.c);
+                CHECKED(Append(list, item));
+                if (i.flags & TakeC) {
+                    item.kind = Kind::Nothing;
+                } else {
+                    heap.Retain(item);
+                }
+                DROP_TAKEN(TakeB, list);
+                break;
+            }
+            case FastOp::ToReal:
+                SET_REAL(i.a, static_cast<float>(SLOT(i.b).word));
+                break;
+            case FastOp::Sqrt: {
+                const float square = SLOT(i.b).Real();
+                if (square < 0.0F) {
+                    Value value;
+                    CHECKED(CallUnary(Native::Sqrt, &SLOT(i.b), value));
+                }
+                SET_REAL(i.a, ExactSqrt(square));
+                break;
+            }
+            case FastOp::Length: {
+                const float length = LengthOf(SLOT(i.b), static_cast<int>(i.c));
+                if (!IsFinite(length)) {
+                    Value value;
+                    CHECKED(CallUnary(i.c == 2 ? Native::LengthVec2 : Native::LengthVec3, &SLOT(i.b), value));
+                }
+                SET_REAL(i.a, length);
+                break;
+            }
+            case FastOp::Normalize:
+                SLOT(i.a) = NormalizeVector(SLOT(i.b), static_cast<int>(i.c));
+                break;
+
+            case FastOp::Raise:
+                CHECKED(FailText(vm.program->texts[i.c]));
+                break;
+            case FastOp::ForEachGuard: {
+                const Value& list = SLOT(i.a);
+                if (list.kind != Kind::List && list.kind != Kind::Dict) goto invalid;
+                if (heap.objects[list.ObjectIndex()].version != static_cast<std::uint32_t>(SLOT(i.b).word)) {
+                    FAULT("a lista mudou enquanto \"para cada\" a percorria");
+                }
+                break;
+            }
+            case FastOp::Step:
+                if (u + i.c >= budget) FAULT("o tick gastou o orcamento de instrucoes; ha um laco que nao termina");
+                break;
+            case FastOp::Jump:
+                u += static_cast<std::int32_t>(i.c);
+                ip = begin + i.a;
+                break;
+            case FastOp::JumpBack:
+                u += static_cast<std::int32_t>(i.c);
+                if (u > limit) goto nearBudget;
+                ip = begin + i.a;
+                break;
+            case FastOp::JumpTrue:
+                JUMP_IF(SLOT(i.b).word != 0);
+            case FastOp::JumpFalse:
+                JUMP_IF(SLOT(i.b).word == 0);
+            case FastOp::LoopTrue:
+                LOOP_IF(SLOT(i.b).word != 0);
+            case FastOp::LoopFalse:
+                LOOP_IF(SLOT(i.b).word == 0);
+                COMPARISONS(Jump, Int, JUMP_IF, SLOT(i.b).word, SLOT(i.c).word);
+                COMPARISONS(Jump, IntImm, JUMP_IF, SLOT(i.b).word, INT_OF(i.c));
+                COMPARISONS(Jump, Real, JUMP_IF, SLOT(i.b).Real(), SLOT(i.c).Real());
+                COMPARISONS(Jump, RealImm, JUMP_IF, SLOT(i.b).Real(), REAL_OF(i.c));
+                COMPARISONS(Loop, Int, LOOP_IF, SLOT(i.b).word, SLOT(i.c).word);
+                COMPARISONS(Loop, IntImm, LOOP_IF, SLOT(i.b).word, INT_OF(i.c));
+                COMPARISONS(Loop, Real, LOOP_IF, SLOT(i.b).Real(), SLOT(i.c).Real());
+                COMPARISONS(Loop, RealImm, LOOP_IF, SLOT(i.b).Real(), REAL_OF(i.c));
+        }
+        continue;
+
+    nearBudget : {
+        const Origin place = origin();
+        u += place.delta;
+        code = CodeOf(*vm.prepared, code->function, true);
+        enter();
+        ip = begin + code->entries[place.pc];
+        continue;
+    }
+    }
+
+invalid:
+    message = InvalidFault;
+fault:
+    vm.Fail(message);
+misplaced:
+    Locate(code->function, origin().pc);
+failed:
+    Abandon(*code, static_cast<std::uint64_t>(u + origin().delta + origin().pc + 1));
+    return false;
+}
+
+}  // namespace tavrel::core::script

@@ -1,0 +1,37 @@
+#include <algorithm>
+
+#include "core/script/runtime/prepared.h"
+#include "core/script/runtime/translator.h"
+
+namespace tavrel::core::script {
+
+PreparedProgram::PreparedProgram(const Program& givenProgram, const std::vector<Value>& givenTexts)
+    : program(&givenProgram),
+      texts(&givenTexts),
+      recordTypes(givenProgram.records.size(), -1),
+      functions(givenProgram.functions.size()) {
+    for (std::size_t type = 0; type < program->types.Size(); ++type) {
+        const TypeInfo& info = program->types.At(static_cast<std::int32_t>(type));
+        if (info.kind != Kind::Record || info.index < 0) continue;
+        const auto record = static_cast<std::size_t>(info.index);
+        if (record < recordTypes.size()) recordTypes[record] = static_cast<std::int32_t>(type);
+    }
+    for (const Function& function : program->functions) {
+        margin = std::max(margin, static_cast<std::int64_t>(function.code.size()) * 2);
+    }
+}
+
+const PreparedCode* CodeOf(PreparedProgram& prepared, std::int32_t function, bool exact) {
+    PreparedProgram::Pair& pair = prepared.functions[static_cast<std::size_t>(function)];
+    std::unique_ptr<PreparedCode>& code = exact ? pair.exact : pair.fast;
+    if (code || pair.refused) return code.get();
+    auto fresh = std::make_unique<PreparedCode>();
+    if (Translator(*prepared.program, prepared, function, exact, *fresh).Run()) {
+        code = std::move(fresh);
+    } else {
+        pair.refused = true;
+    }
+    return code.get();
+}
+
+}  // namespace tavrel::core::script

@@ -1,0 +1,95 @@
+// The private form in which the interpreter runs a function. The program's stack code is turned once into operations on
+// the slots of a frame: a pushed local or constant becomes an operand instead of a copy, a comparison and its jump
+// become one, and operations whose kinds are known lose their tests. Nothing of that can be seen from outside: the
+// count of instructions, faults and their places stay those of the program's own code.
+//
+// Counting. An operation does not count itself. While code runs straight on, instructions executed and place in the
+// program's code grow alike, so their difference `u` stands still; only a jump changes it, by a constant ("delta").
+// Instructions executed are u plus the place. The budget is looked at where code can repeat: at jumps backward, at
+// calls and at returns. Whoever finds it nearly spent goes on in exact code, a second form with one operation for each
+// instruction and a look at the budget before each.
+//
+// Ownership. A slot owns a reference exactly when its kind is on the heap; an operation that takes a value out of a
+// slot leaves another kind there. So a fault drops whatever the frames' slots hold.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "core/script/program/program.h"
+#include "core/script/runtime/value.h"
+
+namespace tavrel::core::script {
+
+enum class FastOp : std::uint16_t {
+#define TAVREL_FAST(name) name,
+#include "core/script/runtime/fast_op.def"
+#undef TAVREL_FAST
+};
+
+// Where a picked operand stands.
+enum class Place : std::uint16_t { Frame = 0, Global = 1, Constant = 2 };
+
+// Flags of operations with picked operands. Places take two bits each.
+inline constexpr std::uint16_t PlaceOfB = 0;      // shift
+inline constexpr std::uint16_t PlaceOfC = 2;      // shift
+inline constexpr std::uint16_t PlaceOfA = 4;      // shift
+inline constexpr std::uint16_t TakeB = 1U << 6U;  // the operand's reference is the operation's to keep or drop
+inline constexpr std::uint16_t TakeC = 1U << 7U;
+inline constexpr std::uint16_t TakeA = 1U << 8U;
+inline constexpr std::uint16_t DropOld = 1U << 9U;     // the destination may own a reference
+inline constexpr std::uint16_t CleanAll = 1U << 10U;   // of a return: all locals are to be dropped
+inline constexpr std::uint16_t ComparisonShift = 11;   // of CompareAny: 0 to 5
+
+struct FastInstruction {
+    FastOp op = FastOp::Step;
+    std::uint16_t flags = 0;
+    std::uint32_t a = 0;
+    std::uint32_t b = 0;
+    std::uint32_t c = 0;
+};
+
+// What an operation stands for: the instruction that its fault or its look at the budget belongs to, and what is to be
+// added to u there, because a jump on the way was done away with.
+struct Origin {
+    std::uint32_t pc = 0;
+    std::int32_t delta = 0;
+};
+
+// One function in one of the two forms.
+struct PreparedCode {
+    std::vector<FastInstruction> code;
+    std::vector<Origin> origins;         // one for each operation
+    std::vector<Value> constants;        // texts are those of the machine, without a reference of their own
+    std::vector<std::int32_t> entries;   // exact code only: the operation that begins each instruction; -1 if none
+    std::int32_t function = 0;
+    std::uint32_t locals = 0;
+    std::uint32_t extent = 0;      // slots of a frame: locals and the deepest operands
+    bool clearLocals = false;      // a local may be read before it is stored, and then is Nothing
+};
+
+// Both forms of each function of a machine's program, made when first needed.
+struct PreparedProgram {
+    PreparedProgram(const Program& program, const std::vector<Value>& texts);
+
+    struct Pair {
+        std::unique_ptr<PreparedCode> fast;
+        std::unique_ptr<PreparedCode> exact;
+        bool refused = false;  // no code that can run safely
+    };
+    const Program* program;
+    const std::vector<Value>* texts;        // the machine's text pool
+    std::vector<std::int32_t> recordTypes;  // type of each record of the program; -1 for none
+    std::vector<Pair> functions;
+    std::int64_t margin = 0;  // twice the longest function: more than any way between two looks at the budget
+};
+
+// The form of a function, prepared now if need be; null for a function whose code reaches outside what it may: an
+// operand that indexes nothing, a jump beyond the code, more taken off the stack than stands on it.
+[[nodiscard]] const PreparedCode* CodeOf(PreparedProgram& prepared, std::int32_t function, bool exact);
+
+inline constexpr std::uint32_t SlotBytes = sizeof(Value);
+inline constexpr std::uint32_t MissingArguments = 0xFFFFFFFF;  // of CallHost: more arguments than operands
+
+}  // namespace tavrel::core::script

@@ -1,0 +1,14 @@
+// The order that "ordenar" gives a list.
+#pragma once
+
+#include <vector>
+
+#include "core/script/runtime/heap.h"
+
+namespace tavrel::core::script {
+
+// Sorts the items of a list, all of one kind, stably by CompareValues. Of kinds without an order nothing moves. Where a
+// NaN stands among reals the outcome is that of MergeSort.
+void SortValues(const Heap& heap, std::vector<Value>& items);
+
+}  // namespace tavrel::core::script

@@ -1,0 +1,252 @@
+#include "core/script/runtime/vm.h"
+
+#include <utility>
+
+#include "core/script/numeric/number_text.h"
+#include "core/script/runtime/dictionary.h"
+#include "core/script/runtime/natives.h"
+#include "core/script/runtime/prepared.h"
+#include "core/script/runtime/random.h"
+
+namespace tavrel::core::script {
+
+Vm::Vm(const Program& givenProgram) : program(&givenProgram) {
+    texts.reserve(program->texts.size());
+    for (const std::string& text : program->texts) {
+        texts.push_back(MakeObject(Kind::Text, static_cast<std::uint32_t>(heap.NewText(text))));
+    }
+    globals.reserve(program->globals.size());
+    for (const GlobalInfo& global : program->globals) globals.push_back(DefaultValue(global.type));
+    frames.reserve(MaxFrames + 1);
+    prepared = std::make_unique<PreparedProgram>(*program, texts);
+}
+
+Vm::~Vm() {
+    ClearStackTo(0);
+    for (const Value& value : globals) heap.Drop(value);
+    for (const Value& value : texts) heap.Drop(value);
+    heap.Clear();
+}
+
+void Vm::SeedRandom(std::uint64_t seed, std::uint64_t salt) {
+    const RandomWords words = SeedWords(seed, salt);
+    randomState = words.state;
+    randomIncrement = words.increment;
+}
+
+bool Vm::Start() {
+    if (started) return true;
+    started = true;
+    if (program->initializer < 0) return true;
+    Value result;
+    const bool good = RunFunction(program->initializer, nullptr, 0, result);
+    heap.Drop(result);
+    return good;
+}
+
+bool Vm::RunHook(HookKind hook, const Value* args, int count) {
+    const std::int32_t function = program->hooks[static_cast<std::size_t>(hook)];
+    if (function < 0) return true;
+    Value result;
+    const bool good = RunFunction(function, args, count, result);
+    heap.Drop(result);
+    return good;
+}
+
+bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value& result) {
+    if (function < 0 || static_cast<std::size_t>(function) >= program->functions.size()) {
+        Fail("funcao desconhecida");
+        return false;
+    }
+    faulted = false;
+    faultMessage.clear();
+    faultFunction.clear();
+    faultFile = 0;
+    faultOffset = 0;
+    used = 0;
+    if (starved) {  // globals whose defaults alone pass the limit
+        FailMemory();
+        return false;
+    }
+    const std::size_t remembered = stack.Size();
+    for (int i = 0; i < count; ++i) {
+        heap.Retain(args[i]);
+        stack.Push(args[i]);
+    }
+    if (Execute(function, static_cast<std::uint64_t>(count), result)) return true;
+    ClearStackTo(remembered);
+    return false;
+}
+
+Value Vm::DefaultValue(std::int32_t type) {
+    const TypeInfo& info = program->types.At(type);
+    Value value;
+    switch (info.kind) {
+        case Kind::Int:
+            return MakeInt(0);
+        case Kind::Real:
+            return MakeReal(0.0F);
+        case Kind::Bool:
+            return MakeBool(false);
+        case Kind::Vec2:
+        case Kind::Vec3:
+            return MakeVector(info.kind, 0.0F, 0.0F);
+        case Kind::Color:
+            return MakeVector(Kind::Color, 255.0F, 255.0F, 255.0F, 255.0F);
+        case Kind::Object:
+        case Kind::Body:
+        case Kind::Sound:
+            return MakeHandle(info.kind, 0);
+        case Kind::Enum:
+            return MakeEnum(static_cast<std::uint32_t>(info.index), 0);
+        case Kind::Text:
+            if (Starves(Heap::ObjectCost)) return value;
+            return MakeObject(Kind::Text, static_cast<std::uint32_t>(heap.NewText({})));
+        case Kind::List:
+            if (Starves(Heap::ObjectCost)) return value;
+            return MakeObject(Kind::List, static_cast<std::uint32_t>(heap.NewList()));
+        case Kind::Dict:
+            if (Starves(Heap::ObjectCost)) return value;
+            return MakeObject(Kind::Dict, static_cast<std::uint32_t>(heap.NewDict()));
+        case Kind::Record:
+            FillRecord(info.index, value);
+            return value;
+        default:
+            return value;
+    }
+}
+
+// Whether the heap lacks the room for a default value; somebody has to turn that into a fault.
+bool Vm::Starves(std::uint64_t more) {
+    if (heap.Fits(more)) return false;
+    starved = true;
+    return true;
+}
+
+// Leaves `out` at Nothing for a record that the program lacks. At the memory limit fields stay Nothing.
+void Vm::FillRecord(std::int32_t record, Value& out) {
+    if (record < 0 || static_cast<std::size_t>(record) >= program->records.size()) return;
+    const std::vector<std::int32_t>& types = program->records[static_cast<std::size_t>(record)].fieldTypes;
+    if (Starves(Heap::ObjectCost + Heap::ItemCost * types.size())) return;
+    const auto object = static_cast<std::uint32_t>(heap.NewRecord(record, types.size()));
+    for (std::size_t i = 0; i < types.size(); ++i) {
+        const Value value = DefaultValue(types[i]);
+        heap.objects[object].items[i] = value;
+    }
+    out = MakeObject(Kind::Record, object);
+}
+
+bool Vm::NewRecordValue(std::int32_t record, Value& out) {
+    if (record < 0 || static_cast<std::size_t>(record) >= program->records.size()) {
+        Fail("registro desconhecido");
+        return false;
+    }
+    FillRecord(record, out);
+    if (!starved) return true;
+    starved = false;
+    heap.Drop(out);
+    out = Value();
+    FailMemory();
+    return false;
+}
+
+Value Vm::NewRecord(std::int32_t record, const Value* fields, int count) {
+    Value value;
+    if (!NewRecordValue(record, value)) return value;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count) && i < heap.At(value).items.size(); ++i) {
+        heap.Retain(fields[i]);
+        const Value old = std::exchange(heap.At(value).items[i], fields[i]);
+        heap.Drop(old);
+    }
+    return value;
+}
+
+Value Vm::NewList(const Value* items, int count) {
+    const auto size = static_cast<std::size_t>(count);
+    if (!Grow(Heap::ObjectCost + Heap::ItemCost * size)) return {};
+    const auto object = static_cast<std::uint32_t>(heap.NewList());
+    HeapObject& list = heap.objects[object];
+    list.items.reserve(size);
+    for (std::size_t i = 0; i < size; ++i) {
+        heap.Retain(items[i]);
+        heap.Append(list, items[i]);
+    }
+    return MakeObject(Kind::List, object);
+}
+
+std::string Vm::EnumText(const Value& value) const {
+    if (value.EnumIndex() < program->enums.size()) {
+        const std::vector<std::string>& members = program->enums[value.EnumIndex()].members;
+        if (value.Member() < members.size()) return members[value.Member()];
+    }
+    return IntegerToText(value.Member());
+}
+
+std::size_t Vm::ClearStackTo(std::size_t size) {
+    while (stack.Size() > size) {
+        Value& top = stack.Data()[stack.Size() - 1];
+        heap.Drop(top);
+        top.kind = Kind::Nothing;
+        stack.SetSize(stack.Size() - 1);
+    }
+    return stack.Size();
+}
+
+void Vm::Fail(std::string message) {
+    if (faulted) return;
+    if (!frames.empty()) {
+        const Frame& frame = frames.back();
+        return FaultAt(frame.function, frame.pc > 0 ? frame.pc - 1 : 0, std::move(message));
+    }
+    faulted = true;
+    faultMessage = std::move(message);
+}
+
+void Vm::FaultAt(std::int32_t function, std::uint64_t pc, std::string message) {
+    if (faulted) return;
+    faulted = true;
+    faultMessage = std::move(message);
+    const Function& where = program->functions[static_cast<std::size_t>(function)];
+    faultFunction = where.name;
+    faultFile = where.file;
+    if (pc < where.spans.size()) faultOffset = where.spans[pc];
+}
+
+void Vm::FailMemory() { Fail(MemoryFault); }
+
+std::string Vm::DescribeFault() const {
+    if (!faulted) return {};
+    std::string file = "script";
+    std::int64_t line = 1;
+    if (faultFile >= 0 && static_cast<std::size_t>(faultFile) < program->sources.size()) {
+        const SourceFile& source = program->sources[static_cast<std::size_t>(faultFile)];
+        file = source.name;
+        line = source.At(faultOffset).line;
+    }
+    return file + ":" + IntegerToText(line) + ": erro: " + faultMessage;
+}
+
+bool Vm::CallNativeAt(Native native, std::size_t count) {
+    Value* args = stack.Data() + (stack.Size() - count);
+    const NativeShape& shape = ShapeOf(native);
+    Value result;
+    bool good = static_cast<int>(native) > static_cast<int>(Native::Count);
+    if (shape.function != nullptr) {
+        const bool first = shape.kinds[0] == Kind::Unknown || args[0].kind == shape.kinds[0];
+        const bool second = shape.kinds[1] == Kind::Unknown || args[1].kind == shape.kinds[1];
+        good = first && second && shape.function(*this, args, count, result);
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        heap.Drop(args[i]);
+        args[i].kind = Kind::Nothing;
+    }
+    stack.SetSize(stack.Size() - count);
+    if (!good) {
+        heap.Drop(result);
+        return false;
+    }
+    if (shape.result != Kind::Nothing) stack.Push(result);
+    return true;
+}
+
+}  // namespace tavrel::core::script
