@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "core/script/runtime/compare.h"
 #include "core/script/runtime/dict_index.h"

@@ -1,6 +1,7 @@
 // The interpreter's loop. Registers of the machine: `ip` the next operation, `base` the frame, `u` the difference
 // between instructions executed and place in the program's code (prepared.h).
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 #include "core/script/runtime/dictionary.h"
@@ -12,21 +13,69 @@ namespace tavrel::core::script {
 
 namespace {
 
-// "-a" and "a - b" on a vector: all four lanes, so that the compiler can use one instruction for them.
-template <typename Combine>
-Value OnLanes(const Value& a, Combine combine) {
-    Value result = a;
-    if (ComponentCount(a.kind) == 0) result.kind = Kind::Vec3;
-    for (int i = 0; i < 4; ++i) result.components[i] = combine(i);
-    return result;
+// Copies word by word. Operations write a kind and a word; a copy by wider registers would have to wait until such
+// narrow writes have left the processor's store buffer.
+inline void Put(Value& to, const Value& from) {
+    std::uint64_t low;
+    std::uint64_t high;
+    std::memcpy(&low, &from.components[0], sizeof low);
+    std::memcpy(&high, &from.components[2], sizeof high);
+    to.kind = from.kind;
+    std::memcpy(&to.components[0], &low, sizeof low);
+    std::memcpy(&to.components[2], &high, sizeof high);
 }
 
-std::int32_t ShortDelta(const FastInstruction& instruction) { return static_cast<std::int16_t>(instruction.flags); }
+// The slot owned a value that is done with.
+inline void DropAway(Heap& heap, Value& slot) {
+    if (!OnHeap(slot.kind)) return;
+    const std::uint32_t object = slot.ObjectIndex();
+    slot.kind = Kind::Nothing;
+    heap.DropObject(object);
+}
+
+// Puts a value that is owned where another may be owned.
+inline void Replace(Heap& heap, Value& slot, const Value& value) {
+    const bool owned = OnHeap(slot.kind);
+    const std::uint32_t old = slot.ObjectIndex();
+    Put(slot, value);
+    if (owned) heap.DropObject(old);
+}
+
+inline void RetainAt(Heap& heap, const Value& value) {
+    if (OnHeap(value.kind)) ++heap.objects[value.ObjectIndex()].refs;
+}
+
+// Puts a value where another may be owned: takes it out of its slot, or retains it.
+inline void StoreItem(Heap& heap, Value& item, Value& source, bool take) {
+    const bool owned = OnHeap(item.kind);
+    const std::uint32_t old = item.ObjectIndex();
+    Put(item, source);
+    if (take) {
+        source.kind = Kind::Nothing;
+    } else {
+        RetainAt(heap, item);
+    }
+    if (owned) heap.DropObject(old);
+}
+
+// A result of four lanes, so that one instruction can serve all kinds of vectors.
+template <typename Combine>
+inline void OnLanes(Value& to, const Value& a, Combine combine) {
+    float lanes[4];
+    for (int i = 0; i < 4; ++i) lanes[i] = combine(i);
+    to.kind = ComponentCount(a.kind) == 0 ? Kind::Vec3 : a.kind;
+    std::memcpy(to.components, lanes, sizeof lanes);
+}
+
+inline std::int32_t ShortDelta(const FastInstruction& instruction) {
+    return static_cast<std::int16_t>(instruction.flags);
+}
 
 }  // namespace
 
 // One case an operation; a macro stands for what many of them share.
 #define SLOT(offset) (*reinterpret_cast<Value*>(base + (offset)))
+#define GLOBAL(offset) (*reinterpret_cast<Value*>(globals + (offset)))
 #define PICK(shift, offset) (*reinterpret_cast<Value*>(places[(i.flags >> (shift)) & 3U] + (offset)))
 #define SET_INT(offset, value)          \
     {                                   \
@@ -34,7 +83,12 @@ std::int32_t ShortDelta(const FastInstruction& instruction) { return static_cast
         SLOT(offset).kind = Kind::Int;  \
         SLOT(offset).word = set;        \
     }
-#define SET_REAL(offset, value) SLOT(offset) = MakeReal(value)
+#define SET_REAL(offset, value)                                          \
+    {                                                                    \
+        const std::uint32_t set = std::bit_cast<std::uint32_t>(value);   \
+        SLOT(offset).kind = Kind::Real;                                  \
+        SLOT(offset).word = set;                                         \
+    }
 #define SET_BOOL(offset, value)         \
     {                                   \
         const bool set = value;         \
@@ -49,27 +103,18 @@ std::int32_t ShortDelta(const FastInstruction& instruction) { return static_cast
 #define CHECKED(call) \
     if (!(call)) goto misplaced
 // What an owned operand leaves behind.
-#define DROP_TAKEN(flag, value)             \
-    if (i.flags & (flag)) {                 \
-        const Value taken = value;          \
-        (value).kind = Kind::Nothing;       \
-        heap.Drop(taken);                   \
-    }
-#define STORE(offset, value)                           \
-    {                                                  \
-        Value& destination = SLOT(offset);             \
-        if (i.flags & DropOld) {                       \
-            const Value old = destination;             \
-            destination = value;                       \
-            heap.Drop(old);                            \
-        } else {                                       \
-            destination = value;                       \
-        }                                              \
+#define DROP_TAKEN(flag, value) \
+    if (i.flags & (flag)) DropAway(heap, value)
+#define STORE(offset, value)                              \
+    if (i.flags & DropOld) {                              \
+        Replace(heap, SLOT(offset), value);               \
+    } else {                                              \
+        Put(SLOT(offset), value);                         \
     }
 #define JUMP_IF(condition)              \
     if (condition) {                    \
         u += ShortDelta(i);             \
-        ip = begin + i.a;               \
+        ip = before + i.a;              \
     }                                   \
     break
 #define LOOP_IF(condition)              \
@@ -97,71 +142,80 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
     const std::int64_t budget =
         static_cast<std::int64_t>(std::min<std::uint64_t>(vm.budget, std::numeric_limits<std::int64_t>::max() / 4));
     const std::int64_t limit = budget - vm.prepared->margin;
+    const std::int64_t callLimit = limit - vm.prepared->margin;
     std::int64_t u = 0;
     const FastInstruction* ip = nullptr;
-    const FastInstruction* begin = nullptr;
+    const FastInstruction* before = nullptr;  // the operation of this code, so that the step behind it leads there
+    const Divisor* divisors = nullptr;
     char* base = nullptr;
-    char* places[3] = {nullptr, reinterpret_cast<char*>(vm.globals.data()), nullptr};
+    char* const globals = reinterpret_cast<char*>(vm.globals.data());
+    char* places[3] = {nullptr, globals, nullptr};
     const char* message = nullptr;
     const auto rebase = [&](std::uint64_t slot) {
         base = reinterpret_cast<char*>(vm.stack.Data() + slot);
         places[0] = base;
     };
     const auto enter = [&] {
-        begin = code->code.data();
+        before = code->code.data() - 1;
+        divisors = code->divisors.data();
         places[2] = reinterpret_cast<char*>(const_cast<Value*>(code->constants.data()));
     };
-    const auto origin = [&]() -> const Origin& { return code->origins[static_cast<std::size_t>(ip - 1 - begin)]; };
+    const auto origin = [&]() -> const Origin& { return code->origins[static_cast<std::size_t>(ip - before - 1)]; };
 
     rebase(first);
     if (u > limit) code = CodeOf(*vm.prepared, code->function, true);
     if (code == nullptr) return FailInvalid();
     enter();
-    ip = begin;
+    ip = before + 1;
 
-    for (;;) {
-        const FastInstruction& i = *ip++;
+    for (;; ++ip) {
+        const FastInstruction& i = *ip;
         switch (i.op) {
             case FastOp::LoadConst: {
-                const Value value = *reinterpret_cast<const Value*>(places[2] + i.c);
-                heap.Retain(value);
+                const Value& value = *reinterpret_cast<const Value*>(places[2] + i.c);
+                RetainAt(heap, value);
                 STORE(i.a, value);
                 break;
             }
+            case FastOp::LoadPlain:
+                Put(SLOT(i.a), *reinterpret_cast<const Value*>(places[2] + i.c));
+                break;
             case FastOp::Copy: {
                 Value& source = PICK(PlaceOfB, i.b);
-                const Value value = source;
+                Value value;
+                Put(value, source);
                 if (i.flags & TakeB) {
                     source.kind = Kind::Nothing;
                 } else {
-                    heap.Retain(value);
+                    RetainAt(heap, value);
                 }
                 STORE(i.a, value);
                 break;
             }
             case FastOp::CopyPlain:
-                SLOT(i.a) = SLOT(i.b);
+                Put(SLOT(i.a), SLOT(i.b));
                 break;
+            case FastOp::LoadGlobal: {
+                const Value& global = GLOBAL(i.b);
+                RetainAt(heap, global);
+                Put(SLOT(i.a), global);
+                break;
+            }
             case FastOp::StoreGlobal: {
                 Value& source = PICK(PlaceOfB, i.b);
-                const Value value = source;
-                if (i.flags & TakeB) {
-                    source.kind = Kind::Nothing;
-                } else {
-                    heap.Retain(value);
-                }
-                Value& global = *reinterpret_cast<Value*>(places[1] + i.a);
-                const Value old = global;
-                global = value;
-                heap.Drop(old);
+                if (!(i.flags & TakeB)) RetainAt(heap, source);
+                Value value;
+                Put(value, source);
+                if (i.flags & TakeB) source.kind = Kind::Nothing;
+                Replace(heap, GLOBAL(i.a), value);
                 break;
             }
-            case FastOp::DropSlot: {
-                const Value old = SLOT(i.a);
-                SLOT(i.a).kind = Kind::Nothing;
-                heap.Drop(old);
+            case FastOp::StoreGlobalPlain:
+                Replace(heap, GLOBAL(i.a), SLOT(i.b));
                 break;
-            }
+            case FastOp::DropSlot:
+                DropAway(heap, SLOT(i.a));
+                break;
 
             case FastOp::AddInt: {
                 std::int64_t sum;
@@ -201,7 +255,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 break;
             }
             case FastOp::DivIntImm:
-                SET_INT(i.a, SLOT(i.b).word / INT_OF(i.c));
+                SET_INT(i.a, Quotient(SLOT(i.b).word, divisors[i.c]));
                 break;
             case FastOp::ModInt: {
                 const std::int64_t divisor = SLOT(i.c).word;
@@ -210,7 +264,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 break;
             }
             case FastOp::ModIntImm:
-                SET_INT(i.a, SLOT(i.b).word % INT_OF(i.c));
+                SET_INT(i.a, Remainder(SLOT(i.b).word, divisors[i.c]));
                 break;
             case FastOp::NegInt:
                 if (SLOT(i.b).word == std::numeric_limits<std::int64_t>::min()) FAULT(OverflowFault);
@@ -240,47 +294,47 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 SET_REAL(i.a, SLOT(i.b).Real() / REAL_OF(i.c));
                 break;
             case FastOp::NegReal:
-                SLOT(i.a) = MakeWord(Kind::Real, (SLOT(i.b).word ^ 0x80000000) & 0xFFFFFFFF);
+                SET_REAL(i.a, std::bit_cast<float>(static_cast<std::uint32_t>(SLOT(i.b).word) ^ 0x80000000U));
                 break;
 
             case FastOp::AddVec: {
                 const Value& a = SLOT(i.b);
                 const Value& b = SLOT(i.c);
-                SLOT(i.a) = OnLanes(a, [&](int lane) { return a.components[lane] + b.components[lane]; });
+                OnLanes(SLOT(i.a), a, [&](int lane) { return a.components[lane] + b.components[lane]; });
                 break;
             }
             case FastOp::SubVec: {
                 const Value& a = SLOT(i.b);
                 const Value& b = SLOT(i.c);
-                SLOT(i.a) = OnLanes(a, [&](int lane) { return a.components[lane] - b.components[lane]; });
+                OnLanes(SLOT(i.a), a, [&](int lane) { return a.components[lane] - b.components[lane]; });
                 break;
             }
             case FastOp::NegVec: {
                 const Value& a = SLOT(i.b);
-                SLOT(i.a) = OnLanes(a, [&](int lane) { return -a.components[lane]; });
+                OnLanes(SLOT(i.a), a, [&](int lane) { return -a.components[lane]; });
                 break;
             }
             case FastOp::ScaleVec: {
                 const Value& a = SLOT(i.b);
                 const float factor = SLOT(i.c).Real();
-                SLOT(i.a) = OnLanes(a, [&](int lane) { return a.components[lane] * factor; });
+                OnLanes(SLOT(i.a), a, [&](int lane) { return a.components[lane] * factor; });
                 break;
             }
             case FastOp::DivVec: {
                 const Value& a = SLOT(i.b);
                 const float divisor = SLOT(i.c).Real();
                 if (divisor == 0.0F) FAULT(DivisionFault);
-                SLOT(i.a) = OnLanes(a, [&](int lane) { return a.components[lane] / divisor; });
+                OnLanes(SLOT(i.a), a, [&](int lane) { return a.components[lane] / divisor; });
                 break;
             }
             case FastOp::VecGet:
                 SET_REAL(i.a, SLOT(i.b).components[i.c]);
                 break;
             case FastOp::VecSet: {
-                Value vector = SLOT(i.b);
-                if (ComponentCount(vector.kind) == 0) vector.kind = Kind::Vec3;
-                vector.components[i.flags] = SLOT(i.c).Real();
-                SLOT(i.a) = vector;
+                const float component = SLOT(i.c).Real();
+                const Value& vector = SLOT(i.b);
+                OnLanes(SLOT(i.a), vector, [&](int lane) { return vector.components[lane]; });
+                SLOT(i.a).components[i.flags] = component;
                 break;
             }
             case FastOp::MakeVector: {
@@ -324,10 +378,15 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 if (record.kind != Kind::Record) goto invalid;
                 const HeapObject& object = heap.objects[record.ObjectIndex()];
                 if (i.c >= object.items.size()) goto invalid;
-                const Value value = object.items[i.c];
-                heap.Retain(value);
-                DROP_TAKEN(TakeB, record);
-                STORE(i.a, value);
+                const Value& item = object.items[i.c];
+                RetainAt(heap, item);
+                if (i.flags & (TakeB | DropOld)) {
+                    const Value value = item;
+                    DROP_TAKEN(TakeB, record);
+                    STORE(i.a, value);
+                } else {
+                    Put(SLOT(i.a), item);
+                }
                 break;
             }
             case FastOp::FieldSet: {
@@ -335,16 +394,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 if (record.kind != Kind::Record) goto invalid;
                 HeapObject& object = heap.objects[record.ObjectIndex()];
                 if (i.b >= object.items.size()) goto invalid;
-                Value& source = PICK(PlaceOfC, i.c);
-                const Value value = source;
-                if (i.flags & TakeC) {
-                    source.kind = Kind::Nothing;
-                } else {
-                    heap.Retain(value);
-                }
-                const Value old = object.items[i.b];
-                object.items[i.b] = value;
-                heap.Drop(old);
+                StoreItem(heap, object.items[i.b], PICK(PlaceOfC, i.c), (i.flags & TakeC) != 0);
                 DROP_TAKEN(TakeA, record);
                 break;
             }
@@ -356,10 +406,15 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 if (static_cast<std::uint64_t>(index) >= object.items.size()) {
                     CHECKED(FailIndex(object.items.size(), index));
                 }
-                const Value value = object.items[static_cast<std::size_t>(index)];
-                heap.Retain(value);
-                DROP_TAKEN(TakeB, list);
-                STORE(i.a, value);
+                const Value& item = object.items[static_cast<std::size_t>(index)];
+                RetainAt(heap, item);
+                if (i.flags & (TakeB | DropOld)) {
+                    const Value value = item;
+                    DROP_TAKEN(TakeB, list);
+                    STORE(i.a, value);
+                } else {
+                    Put(SLOT(i.a), item);
+                }
                 break;
             }
             case FastOp::ListSet: {
@@ -370,16 +425,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 if (static_cast<std::uint64_t>(index) >= object.items.size()) {
                     CHECKED(FailIndex(object.items.size(), index));
                 }
-                Value& source = PICK(PlaceOfC, i.c);
-                const Value value = source;
-                if (i.flags & TakeC) {
-                    source.kind = Kind::Nothing;
-                } else {
-                    heap.Retain(value);
-                }
-                const Value old = object.items[static_cast<std::size_t>(index)];
-                object.items[static_cast<std::size_t>(index)] = value;
-                heap.Drop(old);
+                StoreItem(heap, object.items[static_cast<std::size_t>(index)], PICK(PlaceOfC, i.c), (i.flags & TakeC) != 0);
                 DROP_TAKEN(TakeA, list);
                 break;
             }
@@ -446,12 +492,14 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
 
             case FastOp::Call: {
                 if (vm.frames.size() >= Vm::MaxFrames) FAULT(TooDeepFault);
-                const PreparedCode* callee = CodeOf(*vm.prepared, static_cast<std::int32_t>(i.c), false);
-                if (callee == nullptr) goto invalid;
+                const PreparedCode* callee = vm.prepared->functions[i.c].fast.get();
+                if (callee == nullptr || u > callLimit) {
+                    const bool spent = u + static_cast<std::int32_t>(i.b) > limit;
+                    callee = CodeOf(*vm.prepared, static_cast<std::int32_t>(i.c), spent);
+                    if (callee == nullptr) goto invalid;
+                }
                 u += static_cast<std::int32_t>(i.b);
                 vm.frames.back().pc = static_cast<std::uint64_t>(static_cast<std::int32_t>(i.b) - ShortDelta(i));
-                if (u > limit) callee = CodeOf(*vm.prepared, static_cast<std::int32_t>(i.c), true);
-                if (callee == nullptr) goto invalid;
                 const std::uint64_t caller = vm.frames.back().base;
                 const std::uint64_t frame = caller + i.a / SlotBytes;
                 callers[depth++] = {ip, code, caller};
@@ -460,7 +508,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 rebase(frame);
                 code = callee;
                 enter();
-                ip = begin;
+                ip = before;
                 if (code->clearLocals) {
                     const auto params = vm.program->functions[static_cast<std::size_t>(code->function)].params;
                     std::fill(&SLOT(0) + params, &SLOT(0) + code->locals, Value());
@@ -472,11 +520,11 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 Value value;
                 if (i.op == FastOp::ReturnValue) {
                     Value& source = PICK(PlaceOfB, i.b);
-                    value = source;
+                    Put(value, source);
                     if (i.flags & TakeB) {
                         source.kind = Kind::Nothing;
                     } else {
-                        heap.Retain(value);
+                        RetainAt(heap, value);
                     }
                 }
                 if (i.flags & CleanAll) {
@@ -493,7 +541,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                     result = value;
                     return true;
                 }
-                if (i.op == FastOp::ReturnValue) SLOT(0) = value;
+                if (i.op == FastOp::ReturnValue) Put(SLOT(0), value);
                 const Caller& caller = callers[--depth];
                 const std::uint64_t pc = vm.frames.back().pc;
                 u = used - static_cast<std::int64_t>(pc);
@@ -501,7 +549,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 code = caller.code;
                 if (u > limit && code->entries.empty()) {
                     code = CodeOf(*vm.prepared, code->function, true);
-                    ip = code->code.data() + code->entries[pc];
+                    ip = code->code.data() + code->entries[pc] - 1;
                 }
                 rebase(caller.base);
                 enter();
@@ -531,7 +579,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
             case FastOp::NativeUnary: {
                 Value value;
                 CHECKED(CallUnary(static_cast<Native>(i.c), &SLOT(i.b), value));
-                SLOT(i.a) = value;
+                Put(SLOT(i.a), value);
                 break;
             }
             case FastOp::ListSize: {
@@ -593,12 +641,12 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 break;
             case FastOp::Jump:
                 u += static_cast<std::int32_t>(i.c);
-                ip = begin + i.a;
+                ip = before + i.a;
                 break;
             case FastOp::JumpBack:
                 u += static_cast<std::int32_t>(i.c);
                 if (u > limit) goto nearBudget;
-                ip = begin + i.a;
+                ip = before + i.a;
                 break;
             case FastOp::JumpTrue:
                 JUMP_IF(SLOT(i.b).word != 0);
@@ -616,6 +664,8 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 COMPARISONS(Loop, IntImm, LOOP_IF, SLOT(i.b).word, INT_OF(i.c));
                 COMPARISONS(Loop, Real, LOOP_IF, SLOT(i.b).Real(), SLOT(i.c).Real());
                 COMPARISONS(Loop, RealImm, LOOP_IF, SLOT(i.b).Real(), REAL_OF(i.c));
+            default:
+                __builtin_unreachable();
         }
         continue;
 
@@ -624,7 +674,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
         u += place.delta;
         code = CodeOf(*vm.prepared, code->function, true);
         enter();
-        ip = begin + code->entries[place.pc];
+        ip = before + code->entries[place.pc];
         continue;
     }
     }

@@ -62,7 +62,11 @@ struct Heap {
     // Releases one reference; an object without references goes, and what it held, without recursion. What a dictionary
     // held goes in its present arrangement.
     void Drop(const Value& value) {
-        if (OnHeap(value.kind) && --objects[value.ObjectIndex()].refs <= 0) Release(value.ObjectIndex());
+        if (OnHeap(value.kind)) DropObject(value.ObjectIndex());
+    }
+    // As Drop, of a value known to be on the heap.
+    void DropObject(std::uint32_t object) {
+        if (--objects[object].refs <= 0) Release(object);
     }
 
     // Destroys all objects. `taken` stays.

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "core/script/program/program.h"
+#include "core/script/runtime/divisor.h"
 #include "core/script/runtime/value.h"
 
 namespace tavrel::core::script {
@@ -62,6 +63,7 @@ struct PreparedCode {
     std::vector<FastInstruction> code;
     std::vector<Origin> origins;         // one for each operation
     std::vector<Value> constants;        // texts are those of the machine, without a reference of their own
+    std::vector<Divisor> divisors;       // constants that something is divided by
     std::vector<std::int32_t> entries;   // exact code only: the operation that begins each instruction; -1 if none
     std::int32_t function = 0;
     std::uint32_t locals = 0;

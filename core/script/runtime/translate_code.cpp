@@ -141,9 +141,11 @@ void Translator::TranslateMove(const Instruction& instruction) {
             Operand value = Pop();
             MaterialiseGlobal(index);
             const Picked picked = Pick(value, operands.size());
-            Emit(FastOp::StoreGlobal, index * SlotBytes, picked.offset, 0,
-                 Flags(picked.place, PlaceOfB, picked.take, TakeB));
-            return;
+            if (picked.place == Place::Frame && Plain(value.fact)) {
+                return Emit(FastOp::StoreGlobalPlain, index * SlotBytes, picked.offset, 0);
+            }
+            return Emit(FastOp::StoreGlobal, index * SlotBytes, picked.offset, 0,
+                        Flags(picked.place, PlaceOfB, picked.take, TakeB));
         }
     }
 }
@@ -172,7 +174,8 @@ void Translator::TranslateStoreLocal(std::uint32_t local) {
     const std::uint16_t drop = Plain(old) ? 0 : DropOld;
     if (value.where == Operand::Where::Condition) Materialise(value, operands.size());
     if (value.where == Operand::Where::Constant) {
-        Emit(FastOp::LoadConst, LocalSlot(local), 0, ConstantIndex(value) * SlotBytes, drop);
+        const FastOp load = drop == 0 && Plain(value.fact) ? FastOp::LoadPlain : FastOp::LoadConst;
+        Emit(load, LocalSlot(local), 0, ConstantIndex(value) * SlotBytes, drop);
     } else {
         const Picked picked = Pick(value, operands.size());
         if (drop == 0 && Plain(value.fact) && picked.place == Place::Frame) {
@@ -234,8 +237,10 @@ bool Translator::TranslateImmediate(Op op, Operand& left, Operand& right) {
             break;
         case Op::DivInt:
         case Op::ModInt:
-            if (word == 0 || word == -1) return false;
+            if (word >= -1 && word <= 1) return false;
             fast = op == Op::DivInt ? FastOp::DivIntImm : FastOp::ModIntImm;
+            c = static_cast<std::uint32_t>(out.divisors.size());
+            out.divisors.push_back(MakeDivisor(word));
             break;
         case Op::AddReal:
             fast = FastOp::AddRealImm;

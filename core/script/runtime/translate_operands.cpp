@@ -9,10 +9,6 @@ namespace {
 // How far ahead the walk looks for the store that overwrites a local.
 constexpr std::uint32_t LookAhead = 64;
 
-std::uint16_t PlaceFlag(Place place, int shift) {
-    return static_cast<std::uint16_t>(static_cast<unsigned>(place) << static_cast<unsigned>(shift));
-}
-
 }  // namespace
 
 std::uint32_t Translator::SlotAt(std::size_t position) const {
@@ -63,10 +59,11 @@ void Translator::Materialise(Operand& operand, std::size_t position) {
             Emit(FastOp::Copy, slot, LocalSlot(operand.index), 0, TakeB);
             break;
         case Operand::Where::Global:
-            Emit(FastOp::Copy, slot, operand.index * SlotBytes, 0, PlaceFlag(Place::Global, PlaceOfB));
+            Emit(FastOp::LoadGlobal, slot, operand.index * SlotBytes, 0);
             break;
         case Operand::Where::Constant:
-            Emit(FastOp::LoadConst, slot, 0, ConstantIndex(operand) * SlotBytes);
+            Emit(Plain(operand.fact) ? FastOp::LoadPlain : FastOp::LoadConst, slot, 0,
+                 ConstantIndex(operand) * SlotBytes);
             break;
         case Operand::Where::Condition:
             EmitComparison(position);

@@ -100,6 +100,7 @@ void Translator::EmitAll() {
 void Translator::Forget() {
     out.code.clear();
     out.origins.clear();
+    out.divisors.clear();
     fixups.clear();
     stubs.clear();
 }

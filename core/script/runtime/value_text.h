@@ -13,7 +13,8 @@ namespace tavrel::core::script {
 // them, which can be more than any memory holds. Settles the dictionaries that it meets.
 [[nodiscard]] bool AppendValueText(Heap& heap, const Value& value, std::uint64_t limit, std::string& out);
 
-// The text of a value, cut where it passes the heap's limit. For a heap whose dictionaries are settled, as between two runs.
+// The text of a value, cut where it passes the heap's limit. For a heap whose dictionaries are settled, as between two
+// runs.
 [[nodiscard]] std::string ValueToText(const Heap& heap, const Value& value);
 
 }  // namespace tavrel::core::script
