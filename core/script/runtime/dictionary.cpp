@@ -23,7 +23,7 @@ struct Position {
     bool found = false;
 };
 
-Position Scan(const Heap& heap, const std::vector<Value>& keys, const Value& key) {
+Position Scan(const Heap& heap, const ValueVector& keys, const Value& key) {
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const std::int32_t order = CompareValues(heap, keys[i], key);
         if (order >= 0) return {i, order == 0};
@@ -33,7 +33,7 @@ Position Scan(const Heap& heap, const std::vector<Value>& keys, const Value& key
 
 // The first key that is not less. The loop has no branch that depends on the keys where they are integers.
 template <typename IsLess>
-std::size_t Halve(const std::vector<Value>& keys, IsLess isLess) {
+std::size_t Halve(const ValueVector& keys, IsLess isLess) {
     const Value* base = keys.data();
     for (std::size_t size = keys.size(); size > 1;) {
         const std::size_t half = size / 2;
@@ -44,7 +44,7 @@ std::size_t Halve(const std::vector<Value>& keys, IsLess isLess) {
 }
 
 // Of keys in order.
-Position Search(const Heap& heap, const std::vector<Value>& keys, const Value& key) {
+Position Search(const Heap& heap, const ValueVector& keys, const Value& key) {
     if (keys.size() <= MostScanned) return Scan(heap, keys, key);
     const bool integers = key.kind == Kind::Int || key.kind == Kind::Enum;
     const std::size_t at = integers
@@ -148,8 +148,8 @@ std::vector<Ranked> SortedPositions(const Heap& heap, const HeapObject& object) 
     return order;
 }
 
-std::vector<Value> Gather(const std::vector<Value>& values, const std::vector<Ranked>& order) {
-    std::vector<Value> gathered;
+ValueVector Gather(const ValueVector& values, const std::vector<Ranked>& order) {
+    ValueVector gathered;
     gathered.reserve(order.size());
     for (const Ranked& ranked : order) gathered.push_back(values[ranked.position]);
     return gathered;

@@ -136,6 +136,34 @@ inline std::int32_t ShortDelta(const FastInstruction& instruction) {
 #define INT_OF(operand) static_cast<std::int64_t>(static_cast<std::int32_t>(operand))
 #define REAL_OF(operand) std::bit_cast<float>(operand)
 
+// The common forms of element access: the list is borrowed, and what is written is not on the heap.
+#define LIST_GET(name, where)                                                       \
+    case FastOp::name: {                                                            \
+        const Value& list = where(i.b);                                             \
+        if (list.kind != Kind::List) goto invalid;                                  \
+        const HeapObject& object = heap.objects[list.ObjectIndex()];                \
+        const std::int64_t index = SLOT(i.c).word;                                  \
+        if (static_cast<std::uint64_t>(index) >= object.items.size()) {             \
+            CHECKED(FailIndex(object.items.size(), index));                         \
+        }                                                                           \
+        const Value& item = object.items[static_cast<std::size_t>(index)];          \
+        RetainAt(heap, item);                                                       \
+        Put(SLOT(i.a), item);                                                       \
+        break;                                                                      \
+    }
+#define LIST_SET(name, where)                                                       \
+    case FastOp::name: {                                                            \
+        const Value& list = where(i.a);                                             \
+        if (list.kind != Kind::List) goto invalid;                                  \
+        HeapObject& object = heap.objects[list.ObjectIndex()];                      \
+        const std::int64_t index = SLOT(i.b).word;                                  \
+        if (static_cast<std::uint64_t>(index) >= object.items.size()) {             \
+            CHECKED(FailIndex(object.items.size(), index));                         \
+        }                                                                           \
+        Replace(heap, object.items[static_cast<std::size_t>(index)], PICK(PlaceOfC, i.c)); \
+        break;                                                                      \
+    }
+
 // A NaN is neither less nor greater than anything here, and so both "<=" and ">=" hold for it.
 bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& result) {
     Heap& heap = vm.heap;
@@ -378,15 +406,21 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 if (record.kind != Kind::Record) goto invalid;
                 const HeapObject& object = heap.objects[record.ObjectIndex()];
                 if (i.c >= object.items.size()) goto invalid;
+                Value value;
+                Put(value, object.items[i.c]);
+                RetainAt(heap, value);
+                DROP_TAKEN(TakeB, record);
+                STORE(i.a, value);
+                break;
+            }
+            case FastOp::FieldGetLocal: {
+                const Value& record = SLOT(i.b);
+                if (record.kind != Kind::Record) goto invalid;
+                const HeapObject& object = heap.objects[record.ObjectIndex()];
+                if (i.c >= object.items.size()) goto invalid;
                 const Value& item = object.items[i.c];
                 RetainAt(heap, item);
-                if (i.flags & (TakeB | DropOld)) {
-                    const Value value = item;
-                    DROP_TAKEN(TakeB, record);
-                    STORE(i.a, value);
-                } else {
-                    Put(SLOT(i.a), item);
-                }
+                Put(SLOT(i.a), item);
                 break;
             }
             case FastOp::FieldSet: {
@@ -398,6 +432,14 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 DROP_TAKEN(TakeA, record);
                 break;
             }
+            case FastOp::FieldSetPlain: {
+                const Value& record = SLOT(i.a);
+                if (record.kind != Kind::Record) goto invalid;
+                HeapObject& object = heap.objects[record.ObjectIndex()];
+                if (i.b >= object.items.size()) goto invalid;
+                Replace(heap, object.items[i.b], PICK(PlaceOfC, i.c));
+                break;
+            }
             case FastOp::ListGet: {
                 Value& list = PICK(PlaceOfB, i.b);
                 if (list.kind != Kind::List) goto invalid;
@@ -406,15 +448,11 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 if (static_cast<std::uint64_t>(index) >= object.items.size()) {
                     CHECKED(FailIndex(object.items.size(), index));
                 }
-                const Value& item = object.items[static_cast<std::size_t>(index)];
-                RetainAt(heap, item);
-                if (i.flags & (TakeB | DropOld)) {
-                    const Value value = item;
-                    DROP_TAKEN(TakeB, list);
-                    STORE(i.a, value);
-                } else {
-                    Put(SLOT(i.a), item);
-                }
+                Value value;
+                Put(value, object.items[static_cast<std::size_t>(index)]);
+                RetainAt(heap, value);
+                DROP_TAKEN(TakeB, list);
+                STORE(i.a, value);
                 break;
             }
             case FastOp::ListSet: {
@@ -425,10 +463,15 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 if (static_cast<std::uint64_t>(index) >= object.items.size()) {
                     CHECKED(FailIndex(object.items.size(), index));
                 }
-                StoreItem(heap, object.items[static_cast<std::size_t>(index)], PICK(PlaceOfC, i.c), (i.flags & TakeC) != 0);
+                Value& source = PICK(PlaceOfC, i.c);
+                StoreItem(heap, object.items[static_cast<std::size_t>(index)], source, (i.flags & TakeC) != 0);
                 DROP_TAKEN(TakeA, list);
                 break;
             }
+            LIST_GET(ListGetLocal, SLOT)
+            LIST_GET(ListGetGlobal, GLOBAL)
+            LIST_SET(ListSetLocal, SLOT)
+            LIST_SET(ListSetGlobal, GLOBAL)
             case FastOp::DictGet: {
                 Value& dict = PICK(PlaceOfB, i.b);
                 Value& key = PICK(PlaceOfC, i.c);

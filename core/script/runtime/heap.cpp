@@ -18,8 +18,8 @@ void GiveBack(std::string& text) {
     }
 }
 
-void GiveBack(std::vector<Value>& values) {
-    if (values.capacity() > 0) std::vector<Value>().swap(values);
+void GiveBack(ValueVector& values) {
+    if (values.capacity() > 0) values.reset();
 }
 
 }  // namespace
@@ -79,7 +79,7 @@ void Heap::Free(std::uint32_t index) {
     --live;
 }
 
-void Heap::PushHeld(const std::vector<Value>& values) {
+void Heap::PushHeld(const ValueVector& values) {
     for (const Value& value : values) {
         if (OnHeap(value.kind)) pending.push_back(value.ObjectIndex());
     }
@@ -131,8 +131,8 @@ Value Heap::RemoveAt(HeapObject& list, std::size_t position) {
 
 void Heap::ClearItems(std::uint32_t object) {
     HeapObject& container = objects[object];
-    const std::vector<Value> keys = std::exchange(container.keys, {});
-    const std::vector<Value> items = std::exchange(container.items, {});
+    const ValueVector keys = std::exchange(container.keys, {});
+    const ValueVector items = std::exchange(container.items, {});
     if (container.index) DropIndex(*this, container);
     bytes -= ItemCost * (std::uint64_t{keys.size()} + items.size());
     for (const Value& key : keys) Drop(key);

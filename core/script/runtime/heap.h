@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "core/script/runtime/value.h"
+#include "core/script/runtime/value_vector.h"
 
 namespace tavrel::core::script {
 
@@ -33,8 +34,8 @@ struct HeapObject {
     std::int32_t record = -1;   // into Program::records; -1 for what is no record
     std::uint32_t version = 0;  // counts the changes of a list or dictionary that a "para cada" may not see
     std::string text;           // the bytes of a Text, which never change
-    std::vector<Value> items;   // of a list; the fields of a record; the values of a dictionary
-    std::vector<Value> keys;    // of a dictionary, strictly ascending once settled (dictionary.h)
+    ValueVector items;    // of a list; the fields of a record; the values of a dictionary
+    ValueVector keys;     // of a dictionary, strictly ascending once settled (dictionary.h)
 
     std::unique_ptr<DictIndex> index;  // of a dictionary that is searched by hash (dictionary.h); else null
 };
@@ -100,7 +101,7 @@ struct Heap {
 private:
     void Release(std::uint32_t object);
     void Free(std::uint32_t object);
-    void PushHeld(const std::vector<Value>& values);
+    void PushHeld(const ValueVector& values);
 
     std::vector<std::uint32_t> pending;  // scratch of Release: objects that are to lose one reference
 };

@@ -11,7 +11,7 @@ namespace tavrel::core::script {
 namespace {
 
 // A new list of the keys or of the values of a dictionary, in the order of the keys.
-bool GiveList(Vm& vm, const Value& dict, std::vector<Value> HeapObject::*part, Value& result) {
+bool GiveList(Vm& vm, const Value& dict, ValueVector HeapObject::*part, Value& result) {
     Heap& heap = vm.heap;
     Settle(heap, dict.ObjectIndex());
     const std::size_t size = heap.At(dict).items.size();

@@ -20,7 +20,7 @@ bool IsWholeWord(Kind kind) {
 
 // The index of the first item that is the same as a value; -1 for none.
 std::int64_t FindItem(const Heap& heap, const Value& list, const Value& value) {
-    const std::vector<Value>& items = heap.At(list).items;
+    const ValueVector& items = heap.At(list).items;
     const bool whole = IsWholeWord(value.kind);
     const auto at = std::find_if(items.begin(), items.end(), [&](const Value& item) {
         return whole && item.kind == value.kind ? item.word == value.word : SameValue(heap, item, value);

@@ -46,7 +46,7 @@ void SortWords(std::vector<std::uint64_t>& words, unsigned lowest) {
 }
 
 // Equal words are the same value, so that only their number matters.
-void SortIntegers(std::vector<Value>& items) {
+void SortIntegers(std::span<Value> items) {
     std::vector<std::uint64_t> words;
     words.reserve(items.size());
     for (const Value& item : items) words.push_back(static_cast<std::uint64_t>(item.word) ^ SignBit);
@@ -62,7 +62,7 @@ std::uint64_t OrderedReal(float real) {
     return static_cast<std::uint64_t>(ordered) << 32U | bits;
 }
 
-void SortReals(std::vector<Value>& items) {
+void SortReals(std::span<Value> items) {
     std::vector<float> reals;
     reals.reserve(items.size());
     for (const Value& item : items) reals.push_back(item.Real());
@@ -94,7 +94,7 @@ std::uint64_t PrefixOf(const std::string& text) {
     return prefix;
 }
 
-void SortTexts(const Heap& heap, std::vector<Value>& items) {
+void SortTexts(const Heap& heap, std::span<Value> items) {
     std::vector<TextKey> keys;
     keys.reserve(items.size());
     for (const Value& item : items) keys.push_back({PrefixOf(heap.At(item).text), item.ObjectIndex()});
@@ -108,9 +108,9 @@ void SortTexts(const Heap& heap, std::vector<Value>& items) {
 
 }  // namespace
 
-void SortValues(const Heap& heap, std::vector<Value>& items) {
+void SortValues(const Heap& heap, std::span<Value> items) {
     if (items.empty()) return;
-    const Kind kind = items.front().kind;
+    const Kind kind = items[0].kind;
     const auto alike = [kind](const Value& item) { return item.kind == kind; };
     // Code that no compiler of ours made may mix kinds, which have no order between them.
     if (!std::all_of(items.begin(), items.end(), alike)) return;

@@ -1,7 +1,7 @@
 // The order that "ordenar" gives a list.
 #pragma once
 
-#include <vector>
+#include <span>
 
 #include "core/script/runtime/heap.h"
 
@@ -9,6 +9,6 @@ namespace tavrel::core::script {
 
 // Sorts the items of a list, all of one kind, stably by CompareValues. Of kinds without an order nothing moves. Where a
 // NaN stands among reals the outcome is that of MergeSort.
-void SortValues(const Heap& heap, std::vector<Value>& items);
+void SortValues(const Heap& heap, std::span<Value> items);
 
 }  // namespace tavrel::core::script

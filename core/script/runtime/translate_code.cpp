@@ -350,6 +350,10 @@ void Translator::TranslateContainer(const Instruction& instruction) {
         if (op == Op::DictGet && type.kind == Kind::Dict) fact.type = type.element;
     }
     const std::uint32_t a = Destination(true, flags);
+    const bool borrowed = (flags & (TakeB | DropOld)) == 0;
+    if (borrowed && op == Op::FieldGet && b.place == Place::Frame) fast = FastOp::FieldGetLocal;
+    if (borrowed && op == Op::ListGet && b.place == Place::Frame) fast = FastOp::ListGetLocal;
+    if (borrowed && op == Op::ListGet && b.place == Place::Global) fast = FastOp::ListGetGlobal;
     Emit(fast, a, b.offset, c, flags);
     PushResult(fact);
 }
@@ -366,7 +370,13 @@ void Translator::TranslateElementSet(const Instruction& instruction) {
     const Picked c = Pick(value, operands.size() + (list ? 2 : 1));
     const unsigned flags = static_cast<unsigned>(Flags(a.place, PlaceOfA, a.take, TakeA)) |
                            static_cast<unsigned>(Flags(c.place, PlaceOfC, c.take, TakeC));
-    Emit(list ? FastOp::ListSet : FastOp::FieldSet, a.offset, b, c.offset, static_cast<std::uint16_t>(flags));
+    FastOp fast = list ? FastOp::ListSet : FastOp::FieldSet;
+    if (!a.take && Plain(value.fact)) {
+        if (!list && a.place == Place::Frame) fast = FastOp::FieldSetPlain;
+        if (list && a.place == Place::Frame) fast = FastOp::ListSetLocal;
+        if (list && a.place == Place::Global) fast = FastOp::ListSetGlobal;
+    }
+    Emit(fast, a.offset, b, c.offset, static_cast<std::uint16_t>(flags));
 }
 
 void Translator::TranslateMake(const Instruction& instruction) {

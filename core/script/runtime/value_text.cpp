@@ -129,7 +129,7 @@ private:
         }
         const bool first = part % each == 0;
         if (part > 0 && !Put(first ? ", " : ": ")) return false;
-        const std::vector<Value>& values = object.kind == Kind::Dict && first ? object.keys : object.items;
+        const ValueVector& values = object.kind == Kind::Dict && first ? object.keys : object.items;
         return Begin(values[part / each]);
     }
 

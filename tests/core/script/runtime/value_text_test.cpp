@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,7 @@ Value NewList(Heap& heap, const std::vector<Value>& items) {
 
 Value NewRecord(Heap& heap, const std::vector<Value>& fields) {
     const Value record = MakeObject(Kind::Record, static_cast<std::uint32_t>(heap.NewRecord(0, fields.size())));
-    heap.At(record).items = fields;
+    std::copy(fields.begin(), fields.end(), heap.At(record).items.begin());
     return record;
 }
 
