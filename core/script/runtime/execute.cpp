@@ -73,6 +73,9 @@ inline std::int32_t ShortDelta(const FastInstruction& instruction) {
 
 }  // namespace
 
+// A function that took the loop's registers by reference would keep them in memory.
+#define INLINED __attribute__((always_inline))
+
 // One case an operation; a macro stands for what many of them share.
 #define SLOT(offset) (*reinterpret_cast<Value*>(base + (offset)))
 #define GLOBAL(offset) (*reinterpret_cast<Value*>(globals + (offset)))
@@ -174,23 +177,32 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
     std::int64_t u = 0;
     const FastInstruction* ip = nullptr;
     const FastInstruction* before = nullptr;  // the operation of this code, so that the step behind it leads there
-    const Divisor* divisors = nullptr;
     char* base = nullptr;
     char* const globals = reinterpret_cast<char*>(vm.globals.data());
     char* places[3] = {nullptr, globals, nullptr};
     const char* message = nullptr;
-    const auto rebase = [&](std::uint64_t slot) {
-        base = reinterpret_cast<char*>(vm.stack.Data() + slot);
+    char* stack = nullptr;     // of the machine; it moves when it grows
+    char* stackEnd = nullptr;
+    const auto rebase = [&](std::uint64_t frame) INLINED {
+        stack = reinterpret_cast<char*>(vm.stack.Data());
+        stackEnd = reinterpret_cast<char*>(vm.stack.Data() + vm.stack.Room());
+        base = stack + frame;
         places[0] = base;
     };
-    const auto enter = [&] {
-        before = code->code.data() - 1;
-        divisors = code->divisors.data();
-        places[2] = reinterpret_cast<char*>(const_cast<Value*>(code->constants.data()));
+    const auto grow = [&](std::uint64_t frame, const PreparedCode& needed) INLINED {
+        vm.stack.Reserve(frame / SlotBytes + needed.extent);
+        rebase(frame);
     };
-    const auto origin = [&]() -> const Origin& { return code->origins[static_cast<std::size_t>(ip - before - 1)]; };
+    const auto enter = [&]() INLINED {
+        before = code->before;
+        places[0] = base;
+        places[2] = reinterpret_cast<char*>(const_cast<Value*>(code->pool));
+    };
+    const auto origin = [&]() INLINED -> const Origin& { return code->origins[static_cast<std::size_t>(ip - before - 1)]; };
 
-    rebase(first);
+    PreparedProgram::Pair* const functions = vm.prepared->functions.data();
+    const std::size_t deepest = Vm::MaxFrames - vm.frames.size();
+    rebase(first * SlotBytes);
     if (u > limit) code = CodeOf(*vm.prepared, code->function, true);
     if (code == nullptr) return FailInvalid();
     enter();
@@ -283,7 +295,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 break;
             }
             case FastOp::DivIntImm:
-                SET_INT(i.a, Quotient(SLOT(i.b).word, divisors[i.c]));
+                SET_INT(i.a, Quotient(SLOT(i.b).word, code->divisors[i.c]));
                 break;
             case FastOp::ModInt: {
                 const std::int64_t divisor = SLOT(i.c).word;
@@ -292,7 +304,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 break;
             }
             case FastOp::ModIntImm:
-                SET_INT(i.a, Remainder(SLOT(i.b).word, divisors[i.c]));
+                SET_INT(i.a, Remainder(SLOT(i.b).word, code->divisors[i.c]));
                 break;
             case FastOp::NegInt:
                 if (SLOT(i.b).word == std::numeric_limits<std::int64_t>::min()) FAULT(OverflowFault);
@@ -534,28 +546,24 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
             }
 
             case FastOp::Call: {
-                if (vm.frames.size() >= Vm::MaxFrames) FAULT(TooDeepFault);
-                const PreparedCode* callee = vm.prepared->functions[i.c].fast.get();
+                if (depth >= deepest) FAULT(TooDeepFault);
+                const PreparedCode* callee = functions[i.c].fast.get();
                 if (callee == nullptr || u > callLimit) {
                     const bool spent = u + static_cast<std::int32_t>(i.b) > limit;
                     callee = CodeOf(*vm.prepared, static_cast<std::int32_t>(i.c), spent);
                     if (callee == nullptr) goto invalid;
                 }
                 u += static_cast<std::int32_t>(i.b);
-                vm.frames.back().pc = static_cast<std::uint64_t>(static_cast<std::int32_t>(i.b) - ShortDelta(i));
-                const std::uint64_t caller = vm.frames.back().base;
-                const std::uint64_t frame = caller + i.a / SlotBytes;
-                callers[depth++] = {ip, code, caller};
-                vm.frames.push_back({static_cast<std::int32_t>(i.c), frame, 0});
-                vm.stack.Reserve(frame + callee->extent);
-                rebase(frame);
+                callers[depth++] = {ip, code, static_cast<std::uint64_t>(base - stack),
+                                    i.b - static_cast<std::uint32_t>(ShortDelta(i))};
+                base += i.a;
+                if (callee->extentBytes > static_cast<std::uint64_t>(stackEnd - base)) {
+                    grow(static_cast<std::uint64_t>(base - stack), *callee);
+                }
                 code = callee;
                 enter();
                 ip = before;
-                if (code->clearLocals) {
-                    const auto params = vm.program->functions[static_cast<std::size_t>(code->function)].params;
-                    std::fill(&SLOT(0) + params, &SLOT(0) + code->locals, Value());
-                }
+                if (code->clearLocals) ClearLocals(*code, &SLOT(0));
                 break;
             }
             case FastOp::Return:
@@ -571,52 +579,48 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                     }
                 }
                 if (i.flags & CleanAll) {
-                    DropLocals(&SLOT(0), 0, code->locals);
-                } else if (i.c != 0) {
-                    DropLocals(&SLOT(0), i.c & 0xFFFF, i.c >> 16U);
+                    for (std::uint32_t local = 0; local < code->locals; ++local) DropAway(heap, (&SLOT(0))[local]);
+                } else {
+                    for (std::uint32_t local = i.c & 0xFFFF; local < i.c >> 16U; ++local) {
+                        DropAway(heap, (&SLOT(0))[local]);
+                    }
                 }
                 const std::int64_t used = u + static_cast<std::int32_t>(i.a);
-                const std::uint64_t frame = vm.frames.back().base;
-                vm.frames.pop_back();
-                if (vm.frames.size() == entry) {
+                if (depth == 0) {
                     vm.used = static_cast<std::uint64_t>(used);
-                    vm.stack.SetSize(frame);
+                    vm.stack.SetSize(first);
                     result = value;
                     return true;
                 }
                 if (i.op == FastOp::ReturnValue) Put(SLOT(0), value);
                 const Caller& caller = callers[--depth];
-                const std::uint64_t pc = vm.frames.back().pc;
-                u = used - static_cast<std::int64_t>(pc);
+                u = used - static_cast<std::int64_t>(caller.pc);
                 ip = caller.next;
                 code = caller.code;
+                base = stack + caller.base;
                 if (u > limit && code->entries.empty()) {
                     code = CodeOf(*vm.prepared, code->function, true);
-                    ip = code->code.data() + code->entries[pc] - 1;
+                    ip = code->before + code->entries[caller.pc];
                 }
-                rebase(caller.base);
                 enter();
                 break;
             }
             case FastOp::CallNative: {
-                vm.frames.back().pc = std::uint64_t{origin().pc} + 1;
-                const std::uint64_t frame = vm.frames.back().base;
-                vm.stack.SetSize(frame + i.a / SlotBytes + i.b);
-                if (!vm.CallNativeAt(static_cast<Native>(i.c), i.b)) {
-                    vm.Fail("a funcao nativa falhou");
-                    goto failed;
-                }
+                const auto frame = static_cast<std::uint64_t>(base - stack);
+                vm.stack.SetSize((frame + i.a) / SlotBytes + i.b);
+                CHECKED(CallNative(static_cast<Native>(i.c), i.b));
                 rebase(frame);
                 break;
             }
             case FastOp::CallHost: {
                 if (i.b == MissingArguments) FAULT("faltam argumentos para a funcao do mundo");
-                vm.frames.back().pc = std::uint64_t{origin().pc} + 1;
+                const auto frame = static_cast<std::uint64_t>(base - stack);
+                ShowFrames(*code, frame, std::uint64_t{origin().pc} + 1);
                 vm.used = static_cast<std::uint64_t>(u + origin().delta + origin().pc + 1);
-                const std::uint64_t frame = vm.frames.back().base;
-                if (!CallHost(frame + i.a / SlotBytes, i.b, i.c)) goto failed;
-                vm.stack.Reserve(frame + code->extent);
-                rebase(frame);
+                const bool good = CallHost((frame + i.a) / SlotBytes, i.b, i.c);
+                vm.frames.resize(entry + 1);
+                if (!good) goto failed;
+                grow(frame, *code);
                 break;
             }
             case FastOp::NativeUnary: {
@@ -729,7 +733,8 @@ fault:
 misplaced:
     Locate(code->function, origin().pc);
 failed:
-    Abandon(*code, static_cast<std::uint64_t>(u + origin().delta + origin().pc + 1));
+    vm.used = static_cast<std::uint64_t>(u + origin().delta + origin().pc + 1);
+    vm.stack.SetSize(static_cast<std::uint64_t>(base - stack) / SlotBytes + code->extent);
     return false;
 }
 

@@ -179,6 +179,12 @@ bool Interpreter::Append(const Value& list, const Value& item) {
     return true;
 }
 
+bool Interpreter::CallNative(Native native, std::uint32_t count) {
+    if (vm.CallNativeAt(native, count)) return true;
+    vm.Fail("a funcao nativa falhou");
+    return false;
+}
+
 // A native of one plain argument, wherever that stands.
 bool Interpreter::CallUnary(Native native, Value* argument, Value& out) {
     return ShapeOf(native).function(vm, argument, 1, out);
@@ -214,24 +220,24 @@ bool Interpreter::CallHost(std::uint64_t first, std::uint32_t count, std::uint32
     return true;
 }
 
-// Ends a run that failed: everything its frames hold is left to be dropped with the stack.
-void Interpreter::Abandon(const PreparedCode& code, std::uint64_t used) {
-    vm.used = used;
-    vm.stack.SetSize(vm.frames.back().base + code.extent);
+// The machine's frames are written down only for those who look at them, the host.
+void Interpreter::ShowFrames(const PreparedCode& code, std::uint64_t base, std::uint64_t pc) {
     vm.frames.resize(entry);
+    for (std::size_t i = 0; i < depth; ++i) {
+        vm.frames.push_back({callers[i].code->function, callers[i].base / SlotBytes, callers[i].pc});
+    }
+    vm.frames.push_back({code.function, base / SlotBytes, pc});
+}
+
+void Interpreter::ClearLocals(const PreparedCode& code, Value* locals) {
+    const std::int32_t params = vm.program->functions[static_cast<std::size_t>(code.function)].params;
+    std::fill(locals + params, locals + code.locals, Value());
 }
 
 // Puts a fault that was recorded without its place where it belongs.
 void Interpreter::Locate(std::int32_t function, std::uint32_t pc) {
     vm.faulted = false;
     vm.FaultAt(function, pc, std::string(std::move(vm.faultMessage)));
-}
-
-// Frees what the locals of a frame own.
-void Interpreter::DropLocals(Value* locals, std::uint32_t first, std::uint32_t last) {
-    for (std::uint32_t i = first; i < last; ++i) {
-        if (OnHeap(locals[i].kind)) vm.heap.Drop(std::exchange(locals[i], Value()));
-    }
 }
 
 }  // namespace tavrel::core::script

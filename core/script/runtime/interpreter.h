@@ -29,7 +29,8 @@ private:
     struct Caller {
         const FastInstruction* next = nullptr;
         const PreparedCode* code = nullptr;
-        std::uint64_t base = 0;  // into the stack
+        std::uint64_t base = 0;  // of its frame, in bytes
+        std::uint32_t pc = 0;    // of the program's instruction behind the call
     };
 
     // execute.cpp
@@ -37,9 +38,9 @@ private:
 
     // interpreter.cpp: false with a fault recorded in the machine; the loop sees to its place.
     [[nodiscard]] bool Enter(std::int32_t function, std::uint64_t argumentCount, const PreparedCode*& code);
-    void Abandon(const PreparedCode& code, std::uint64_t used);
+    void ShowFrames(const PreparedCode& code, std::uint64_t base, std::uint64_t pc);
+    void ClearLocals(const PreparedCode& code, Value* locals);
     void Locate(std::int32_t function, std::uint32_t pc);
-    void DropLocals(Value* locals, std::uint32_t first, std::uint32_t last);
     [[nodiscard]] bool FailIndex(std::size_t size, std::int64_t index);
     [[nodiscard]] bool FailInvalid();
     [[nodiscard]] bool FailText(const std::string& text);
@@ -53,6 +54,7 @@ private:
     [[nodiscard]] bool MakeRecord(Value* fields, std::uint32_t record, Value& out);
     [[nodiscard]] bool NewEmpty(Kind kind, Value& out);
     [[nodiscard]] bool Append(const Value& list, const Value& item);
+    [[nodiscard]] bool CallNative(Native native, std::uint32_t count);
     [[nodiscard]] bool CallUnary(Native native, Value* argument, Value& out);
     [[nodiscard]] bool CallHost(std::uint64_t first, std::uint32_t count, std::uint32_t function);
 

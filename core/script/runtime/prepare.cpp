@@ -27,6 +27,9 @@ const PreparedCode* CodeOf(PreparedProgram& prepared, std::int32_t function, boo
     if (code || pair.refused) return code.get();
     auto fresh = std::make_unique<PreparedCode>();
     if (Translator(*prepared.program, prepared, function, exact, *fresh).Run()) {
+        fresh->before = fresh->code.data() - 1;
+        fresh->pool = fresh->constants.data();
+        fresh->extentBytes = std::uint64_t{fresh->extent} * SlotBytes;
         code = std::move(fresh);
     } else {
         pair.refused = true;

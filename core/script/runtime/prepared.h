@@ -60,15 +60,18 @@ struct Origin {
 
 // One function in one of the two forms.
 struct PreparedCode {
+    const FastInstruction* before = nullptr;  // in front of the first operation
+    const Value* pool = nullptr;              // the constants
+    std::uint64_t extentBytes = 0;            // of a frame
+    bool clearLocals = false;                 // a local may be read before it is stored, and then is Nothing
+    std::int32_t function = 0;
+    std::uint32_t locals = 0;
+    std::uint32_t extent = 0;  // slots of a frame: locals and the deepest operands
     std::vector<FastInstruction> code;
     std::vector<Origin> origins;         // one for each operation
     std::vector<Value> constants;        // texts are those of the machine, without a reference of their own
     std::vector<Divisor> divisors;       // constants that something is divided by
     std::vector<std::int32_t> entries;   // exact code only: the operation that begins each instruction; -1 if none
-    std::int32_t function = 0;
-    std::uint32_t locals = 0;
-    std::uint32_t extent = 0;      // slots of a frame: locals and the deepest operands
-    bool clearLocals = false;      // a local may be read before it is stored, and then is Nothing
 };
 
 // Both forms of each function of a machine's program, made when first needed.
