@@ -208,9 +208,25 @@ void Translator::TranslateArithmetic(const Instruction& instruction) {
         const std::uint32_t b = FrameSlot(left, operands.size());
         const std::uint32_t c = FrameSlot(right, operands.size() + 1);
         const std::uint32_t a = Destination(false, flags);
-        Emit(fast, a, b, c);
+        if (!EmitWithProduct(op, a, b, c)) Emit(fast, a, b, c);
     }
     PushResult(result);
+}
+
+// A sum or difference with the product that was emitted last, in one operation. False where there is none.
+bool Translator::EmitWithProduct(Op op, std::uint32_t a, std::uint32_t b, std::uint32_t c) {
+    if ((op != Op::AddReal && op != Op::SubReal) || out.code.size() <= regionFirst) return false;
+    const FastInstruction product = out.code.back();
+    const std::uint32_t ownSlots = out.locals * SlotBytes;  // locals may be read again, operands are not
+    if (product.op != FastOp::MulReal || product.a < ownSlots || (product.a != b && product.a != c)) return false;
+    const std::uint32_t other = product.a == b ? c : b;
+    if (b == c || other / SlotBytes > 0xFFFF) return false;
+    FastOp fast = FastOp::AddProduct;
+    if (op == Op::SubReal) fast = product.a == b ? FastOp::ProductSub : FastOp::SubProduct;
+    out.code.pop_back();
+    out.origins.pop_back();
+    Emit(fast, a, product.b, product.c, static_cast<std::uint16_t>(other / SlotBytes));
+    return true;
 }
 
 // An operation with a constant operand that fits into it; false where there is none.

@@ -118,6 +118,7 @@ void Translator::Patch() {
 
 void Translator::Region(std::uint32_t start) {
     if (!emitting) Forget();
+    regionFirst = out.code.size();
     const EntryState& state = states[static_cast<std::size_t>(entryOf[start])];
     locals = state.locals;
     operands.clear();

@@ -123,6 +123,7 @@ private:
     void Duplicate(std::size_t count);
     void TranslateStoreLocal(std::uint32_t local);
     void TranslateArithmetic(const Instruction& instruction);
+    bool EmitWithProduct(Op op, std::uint32_t a, std::uint32_t b, std::uint32_t c);
     bool TranslateImmediate(Op op, Operand& left, Operand& right);
     void TranslateVector(const Instruction& instruction);
     void TranslateContainer(const Instruction& instruction);
@@ -175,6 +176,7 @@ private:
     // The walk at the present place.
     std::uint32_t pc = 0;
     std::uint32_t next = 0;
+    std::size_t regionFirst = 0;  // operation that begins the region
     bool ended = false;       // the region is done
     bool straight = true;     // no jump was followed since the region began
     bool inlining = false;    // behind a jump that was followed instead of taken
