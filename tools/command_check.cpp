@@ -1,11 +1,11 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
-#include <utility>
 
-#include "core/script/compiler/build.h"
+#include "core/script/program/program.h"
 #include "core/sha256.h"
 #include "tools/arguments.h"
+#include "tools/build_script.h"
 #include "tools/commands.h"
 #include "tools/console.h"
 #include "tools/script_files.h"
@@ -14,9 +14,7 @@ namespace tavrel::tools {
 
 namespace {
 
-using core::script::Diagnostics;
 using core::script::Program;
-using core::script::SourceFile;
 
 void PrintSummary(const std::string& name, const Program& program) {
     Print(name + ": modulo " + program.name + ", " + std::to_string(program.functions.size()) + " funcao(oes), " +
@@ -24,19 +22,10 @@ void PrintSummary(const std::string& name, const Program& program) {
 }
 
 bool CheckFile(const std::filesystem::path& path) {
-    const std::string name = Shown(path);
-    std::string text;
-    if (!ReadText(path, text)) {
-        PrintError("erro: nao consegui ler " + name + "\n");
-        return false;
-    }
     Program program;
-    Diagnostics diagnostics;
-    const bool built = core::script::BuildWithImports(SourceFile(name, std::move(text)), LoaderFor(path), diagnostics,
-                                                      program, &core::script::WorldApi());
-    if (!diagnostics.items.empty()) PrintError(diagnostics.Describe());
-    if (built) PrintSummary(name, program);
-    return built;
+    if (!BuildScript(path, program)) return false;
+    PrintSummary(Shown(path), program);
+    return true;
 }
 
 }  // namespace
