@@ -30,7 +30,12 @@ bool Report(const Vm& vm, const std::string& when) {
     return false;
 }
 
+bool Has(const Vm& vm, HookKind hook) {
+    return vm.program->hooks[static_cast<std::size_t>(hook)] >= 0;
+}
+
 bool RunTicks(Vm& vm, unsigned long long ticks) {
+    if (!Has(vm, HookKind::Tick) && !Has(vm, HookKind::Frame)) return true;  // however many they are
     const Value step = core::script::MakeReal(std::bit_cast<float>(TimeStepBits));
     for (unsigned long long i = 0; i < ticks; ++i) {
         if (!vm.RunHook(HookKind::Tick, &step, 1)) return Report(vm, "tick " + std::to_string(i) + ": ");

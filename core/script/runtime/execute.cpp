@@ -226,9 +226,9 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
 #undef TAVREL_FAST
     };
 #endif
-    rebase(first * SlotBytes);
     if (u > limit) code = CodeOf(*vm.prepared, code->function, true);
     if (code == nullptr) return FailInvalid();
+    grow(first * SlotBytes, *code);
     enter();
     ip = before + 1;
 
@@ -637,11 +637,15 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 ip = caller.next;
                 code = caller.code;
                 base = stack + caller.base;
-                if (u > limit && code->entries.empty()) {
-                    code = CodeOf(*vm.prepared, code->function, true);
-                    ip = code->before + code->entries[caller.pc];
-                }
                 enter();
+                if (u > limit && code->entries.empty()) {
+                    const PreparedCode* exact = CodeOf(*vm.prepared, code->function, true);
+                    if (exact == nullptr) goto invalid;
+                    grow(caller.base, *exact);
+                    code = exact;
+                    enter();
+                    ip = before + code->entries[caller.pc];
+                }
                 NEXT;
             }
             CASE(CallNative) {
@@ -756,8 +760,11 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
 
     nearBudget : {
         const Origin place = origin();
+        const PreparedCode* exact = CodeOf(*vm.prepared, code->function, true);
+        if (exact == nullptr) goto invalid;
         u += place.delta;
-        code = CodeOf(*vm.prepared, code->function, true);
+        grow(static_cast<std::uint64_t>(base - stack), *exact);  // what never runs may need more operands
+        code = exact;
         enter();
         ip = before + code->entries[place.pc];
         continue;

@@ -127,7 +127,7 @@ void Translator::TranslateMove(const Instruction& instruction) {
             if (index >= out.locals) return Refuse();
             const Fact fact = LocalFact(index);
             if (fact.constant) return Push({Operand::Where::Constant, 0, fact});
-            const bool taken = !exact && HintKind(fact) == Kind::Text && Dies(index);
+            const bool taken = !exact && HintKind(fact) == Kind::Text && !Borrowed(index) && Dies(index);
             return Push({taken ? Operand::Where::Taken : Operand::Where::Local, index, fact});
         }
         case Op::StoreLocal:

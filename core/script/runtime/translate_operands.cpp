@@ -183,6 +183,13 @@ Kind Translator::HintKind(const Fact& fact) const {
     return fact.type >= 0 ? program.types.KindOf(fact.type) : Kind::Unknown;
 }
 
+// Whether an operand still stands in a local: then the local's reference may not be taken away.
+bool Translator::Borrowed(std::uint32_t local) const {
+    return std::any_of(operands.begin(), operands.end(), [local](const Operand& operand) {
+        return operand.where == Operand::Where::Local && operand.index == local;
+    });
+}
+
 // Whether a local that is being read is overwritten, on this straight way, before anyone reads it again.
 bool Translator::Dies(std::uint32_t local) const {
     const std::uint32_t end = std::min(Size(), pc + LookAhead);

@@ -166,9 +166,10 @@ bool Translator::Join(EntryState& known) {
     bool news = false;
     for (std::size_t i = 0; i < known.locals.size(); ++i) {
         const Fact joined = JoinFacts(known.locals[i], locals[i]);
-        if (joined == known.locals[i]) continue;
         // A local that may still be unset on one way must really be Nothing there.
-        if (known.locals[i].kind == Kind::Nothing || locals[i].kind == Kind::Nothing) out.clearLocals = true;
+        const bool unset = known.locals[i].kind == Kind::Nothing || locals[i].kind == Kind::Nothing;
+        if (unset && joined.kind != Kind::Nothing) out.clearLocals = true;
+        if (joined == known.locals[i]) continue;
         known.locals[i] = joined;
         news = true;
     }

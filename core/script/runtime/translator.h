@@ -115,6 +115,7 @@ private:
     void SetLocalFact(std::uint32_t local, const Fact& fact);
     [[nodiscard]] Kind HintKind(const Fact& fact) const;
     [[nodiscard]] bool Dies(std::uint32_t local) const;
+    [[nodiscard]] bool Borrowed(std::uint32_t local) const;
 
     // translate_*.cpp: one instruction.
     void Translate(const Instruction& instruction);

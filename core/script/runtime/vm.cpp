@@ -1,5 +1,6 @@
 #include "core/script/runtime/vm.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/script/numeric/number_text.h"
@@ -69,11 +70,12 @@ bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value&
         return false;
     }
     const std::size_t remembered = stack.Size();
-    for (int i = 0; i < count; ++i) {
-        heap.Retain(args[i]);
-        stack.Push(args[i]);
+    const std::vector<Value> given(args, args + std::max(count, 0));  // they may stand on the stack, which moves
+    for (const Value& value : given) {
+        heap.Retain(value);
+        stack.Push(value);
     }
-    if (Execute(function, static_cast<std::uint64_t>(count), result)) return true;
+    if (Execute(function, given.size(), result)) return true;
     ClearStackTo(remembered);
     return false;
 }
@@ -153,7 +155,7 @@ bool Vm::NewRecordValue(std::int32_t record, Value& out) {
 Value Vm::NewRecord(std::int32_t record, const Value* fields, int count) {
     Value value;
     if (!NewRecordValue(record, value)) return value;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(count) && i < heap.At(value).items.size(); ++i) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(std::max(count, 0)) && i < heap.At(value).items.size(); ++i) {
         heap.Retain(fields[i]);
         const Value old = std::exchange(heap.At(value).items[i], fields[i]);
         heap.Drop(old);
@@ -162,7 +164,7 @@ Value Vm::NewRecord(std::int32_t record, const Value* fields, int count) {
 }
 
 Value Vm::NewList(const Value* items, int count) {
-    const auto size = static_cast<std::size_t>(count);
+    const auto size = static_cast<std::size_t>(std::max(count, 0));
     if (!Grow(Heap::ObjectCost + Heap::ItemCost * size)) return {};
     const auto object = static_cast<std::uint32_t>(heap.NewList());
     HeapObject& list = heap.objects[object];
