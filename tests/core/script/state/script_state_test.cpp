@@ -48,11 +48,11 @@ TEST(ScriptState, WritesEachKindUnderItsPath) {
         "modulo M\nregistro P\n    n: inteiro\n    xs: lista de logico\nfim\nenumeracao E = um, dois\n"
         "estado\n    r: real = 1.5\n    t: texto = \"oi\"\n    v: vetor2 = vetor2(1.0, 2.0)\n"
         "    w: vetor3\n    c: cor\n    o: objeto\n    l: lista de inteiro = [4, 5]\n"
-        "    d: dicionario de texto para inteiro = [\"b\": 1, \"a\": 2]\n    p: P\n    q: E = E.dois\nfim\n");
+        "    d: dicionario de texto para inteiro = [\"b\": 1, \"a\": 2]\n    p: P\n    q: E = dois\nfim\n");
     EXPECT_EQ(Fields(writer),
               "r=1.5 (0xcp-3);t=oi;v.x=1 (0x8p-3);v.z=2 (0x8p-2);w.x=0 (0x0p+0);w.y=0 (0x0p+0);w.z=0 (0x0p+0);"
               "c.r=255 (0xf.fp+4);c.g=255 (0xf.fp+4);c.b=255 (0xf.fp+4);c.a=255 (0xf.fp+4);o=0;"
-              "l.n=2;l[0]=4;l[1]=5;d.n=2;d[0].chave=a;d[0]=2;d[1].chave=b;d[1]=1;p.n=0;p.xs.n=0;q=1;");
+              "l.n=2;l[0]=4;l[1]=5;d.n=2;d[0].chave=a;d[0]=2;d[1].chave=b;d[1]=1;p.n=0;p.xs.n=0;q=8589934593;");
     EXPECT_EQ(writer.failure, "");
 }
 
