@@ -17,7 +17,7 @@ PreparedProgram::PreparedProgram(const Program& givenProgram, const std::vector<
         if (record < recordTypes.size()) recordTypes[record] = static_cast<std::int32_t>(type);
     }
     for (const Function& function : program->functions) {
-        margin = std::max(margin, static_cast<std::int64_t>(function.code.size()) * 2);
+        margin = std::max(margin, static_cast<std::int64_t>(function.code.size()) * 3);
     }
 }
 

@@ -87,7 +87,7 @@ struct PreparedProgram {
     const std::vector<Value>* texts;        // the machine's text pool
     std::vector<std::int32_t> recordTypes;  // type of each record of the program; -1 for none
     std::vector<Pair> functions;
-    std::int64_t margin = 0;  // twice the longest function: more than any way between two looks at the budget
+    std::int64_t margin = 0;  // three times the longest function: more than any way between two looks at the budget
 };
 
 // The form of a function, prepared now if need be; null for a function whose code reaches outside what it may: an
