@@ -9,8 +9,11 @@ namespace {
 
 constexpr std::uint32_t StateFormat = 1;
 constexpr int MaxDepth = 64;
-// A structure of shared lists can hold more values than any memory; this many beyond those of the heap are written.
+// A structure of shared lists can hold more values than any memory; this many beyond those of the heap are written. So
+// that shared texts and names without end meet the limit as well, each such number of their bytes counts as a value.
 constexpr std::uint64_t SharedValues = std::uint64_t{1} << 23U;
+constexpr std::uint64_t TextBytes = 64;
+constexpr std::uint64_t PathBytes = 256;
 
 constexpr std::array<const char*, 3> PlaneNames{".x", ".z", ""};
 constexpr std::array<const char*, 3> SpaceNames{".x", ".y", ".z"};
@@ -21,7 +24,9 @@ class StateWriter {
 public:
     StateWriter(CanonicalWriter& givenOut, const Program& givenProgram, const Heap& givenHeap)
         : out(givenOut), program(givenProgram), heap(givenHeap), left(SharedValues) {
-        for (const HeapObject& object : heap.objects) left += object.items.size() + object.keys.size() + 1;
+        for (const HeapObject& object : heap.objects) {
+            left += object.items.size() + object.keys.size() + object.text.size() / TextBytes + 1;
+        }
     }
 
     void Write(const std::string& name, const Value& value) {
@@ -31,8 +36,10 @@ public:
 
 private:
     void WriteAt(const Value& value, int depth);
+    void WriteText(const std::string& text);
     void WriteContainer(const Value& value, int depth);
     void WriteComponents(const Value& value, const char* const* names, int count);
+    [[nodiscard]] bool Spend(std::uint64_t values);
     void Refuse();
     [[nodiscard]] std::string Label(const HeapObject& record, std::size_t field) const;
 
@@ -44,15 +51,14 @@ private:
 };
 
 void StateWriter::WriteAt(const Value& value, int depth) {
-    if (left == 0) return Refuse();
-    --left;
+    if (!Spend(1 + path.size() / PathBytes)) return;
     if (depth > MaxDepth) return out.Text(path.c_str(), "<profundo>");
     switch (value.kind) {
         case Kind::Int:
         case Kind::Enum: return out.I64(path.c_str(), value.Int());
         case Kind::Real: return out.Float(path.c_str(), value.Real());
         case Kind::Bool: return out.Bool(path.c_str(), value.Bool());
-        case Kind::Text: return out.Text(path.c_str(), heap.At(value).text);
+        case Kind::Text: return WriteText(heap.At(value).text);
         case Kind::Vec2: return WriteComponents(value, PlaneNames.data(), 2);
         case Kind::Vec3: return WriteComponents(value, SpaceNames.data(), 3);
         case Kind::Color: return WriteComponents(value, ColorNames.data(), 4);
@@ -66,8 +72,22 @@ void StateWriter::WriteAt(const Value& value, int depth) {
     }
 }
 
+bool StateWriter::Spend(std::uint64_t values) {
+    if (values > left) {
+        left = 0;
+        Refuse();
+        return false;
+    }
+    left -= values;
+    return true;
+}
+
 void StateWriter::Refuse() {
-    if (out.failure.empty()) out.failure = "as mesmas listas aparecem nele vezes demais";
+    if (out.failure.empty()) out.failure = "as mesmas listas ou textos aparecem nele vezes demais";
+}
+
+void StateWriter::WriteText(const std::string& text) {
+    if (Spend(text.size() / TextBytes)) out.Text(path.c_str(), text);
 }
 
 void StateWriter::WriteComponents(const Value& value, const char* const* names, int count) {

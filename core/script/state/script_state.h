@@ -13,7 +13,7 @@
 namespace tavrel::core::script {
 
 // Writes the whole state, in a section of that name unless `section` is null. A NaN sets the writer's `failure`, and so
-// does a state in which shared lists make more values than anyone can write down: then the stream stops short.
+// does a state in which shared lists and texts make more than anyone can write down: then the stream stops short.
 void WriteScriptState(const Vm& vm, CanonicalWriter& out, const char* section);
 
 // Writes one value, for hosts with values of their own. `path` names it in the fields. Fails as WriteScriptState.

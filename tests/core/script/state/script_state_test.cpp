@@ -104,7 +104,7 @@ TEST(ScriptState, EndsOnStructuresOfTooManyWays) {
     }
     CanonicalWriter writer(false);
     WriteScriptValue(writer, program, heap, "x", value);
-    EXPECT_EQ(writer.failure, "as mesmas listas aparecem nele vezes demais");
+    EXPECT_EQ(writer.failure, "as mesmas listas ou textos aparecem nele vezes demais");
 }
 
 TEST(ScriptState, NamesTheFirstNan) {
