@@ -39,9 +39,15 @@ inline constexpr std::uint16_t PlaceOfA = 4;      // shift
 inline constexpr std::uint16_t TakeB = 1U << 6U;  // the operand's reference is the operation's to keep or drop
 inline constexpr std::uint16_t TakeC = 1U << 7U;
 inline constexpr std::uint16_t TakeA = 1U << 8U;
-inline constexpr std::uint16_t DropOld = 1U << 9U;     // the destination may own a reference
-inline constexpr std::uint16_t CleanAll = 1U << 10U;   // of a return: all locals are to be dropped
-inline constexpr std::uint16_t ComparisonShift = 11;   // of CompareAny: 0 to 5
+inline constexpr std::uint16_t DropOld = 1U << 9U;    // the destination may own a reference
+inline constexpr std::uint16_t CleanAll = 1U << 10U;  // of a return: all locals are to be dropped
+inline constexpr std::uint16_t ComparisonShift = 11;  // of CompareAny: 0 to 5
+
+// The flags that tell the place of one picked operand, and whether it is to be taken.
+[[nodiscard]] inline std::uint16_t PickFlags(Place place, int shift, bool take, std::uint16_t takeFlag) {
+    const unsigned bits = static_cast<unsigned>(place) << static_cast<unsigned>(shift);
+    return static_cast<std::uint16_t>(bits | (take ? takeFlag : 0U));
+}
 
 struct FastInstruction {
     FastOp op = FastOp::Step;
@@ -68,10 +74,10 @@ struct PreparedCode {
     std::uint32_t locals = 0;
     std::uint32_t extent = 0;  // slots of a frame: locals and the deepest operands
     std::vector<FastInstruction> code;
-    std::vector<Origin> origins;         // one for each operation
-    std::vector<Value> constants;        // texts are those of the machine, without a reference of their own
-    std::vector<Divisor> divisors;       // constants that something is divided by
-    std::vector<std::int32_t> entries;   // exact code only: the operation that begins each instruction; -1 if none
+    std::vector<Origin> origins;        // one for each operation
+    std::vector<Value> constants;       // texts are those of the machine, without a reference of their own
+    std::vector<Divisor> divisors;      // constants that something is divided by
+    std::vector<std::int32_t> entries;  // exact code only: the operation that begins each instruction; -1 if none
 };
 
 // Both forms of each function of a machine's program, made when first needed.

@@ -10,11 +10,6 @@ namespace {
 // In a frame of more locals than this a return does not ask which of them own something.
 constexpr std::uint32_t MaxCleaned = 256;
 
-std::uint16_t PickFlags(Place place, int shift, bool take, std::uint16_t takeFlag) {
-    const unsigned bits = static_cast<unsigned>(place) << static_cast<unsigned>(shift);
-    return static_cast<std::uint16_t>(bits | (take ? takeFlag : 0U));
-}
-
 }  // namespace
 
 std::int32_t Translator::RecordType(std::uint32_t record) const {
@@ -50,7 +45,8 @@ void Translator::TranslateNative(Native native, const Instruction& instruction) 
     MaterialiseFrom(operands.size() - count);
     operands.resize(operands.size() - count);
     Emit(FastOp::CallNative, SlotAt(operands.size()), instruction.a, instruction.c);
-    if (shape.result != Kind::Nothing) PushTemp({shape.function == nullptr ? Kind::Nothing : shape.result, false, -1, 0});
+    if (shape.result != Kind::Nothing)
+        PushTemp({shape.function == nullptr ? Kind::Nothing : shape.result, false, -1, 0});
 }
 
 // Natives that need no arguments side by side on the stack. False for the others.
@@ -97,23 +93,13 @@ bool Translator::TranslateHotNative(Native native) {
     const std::uint32_t b = FrameSlot(argument, operands.size());
     const std::uint32_t a = Destination(false, flags);
     switch (native) {
-        case Native::ToReal:
-            Emit(FastOp::ToReal, a, b, 0);
-            break;
-        case Native::Sqrt:
-            Emit(FastOp::Sqrt, a, b, 0);
-            break;
+        case Native::ToReal: Emit(FastOp::ToReal, a, b, 0); break;
+        case Native::Sqrt: Emit(FastOp::Sqrt, a, b, 0); break;
         case Native::LengthVec2:
-        case Native::LengthVec3:
-            Emit(FastOp::Length, a, b, native == Native::LengthVec2 ? 2 : 3);
-            break;
+        case Native::LengthVec3: Emit(FastOp::Length, a, b, native == Native::LengthVec2 ? 2 : 3); break;
         case Native::NormalizeVec2:
-        case Native::NormalizeVec3:
-            Emit(FastOp::Normalize, a, b, native == Native::NormalizeVec2 ? 2 : 3);
-            break;
-        default:
-            Emit(FastOp::NativeUnary, a, b, static_cast<std::uint32_t>(native));
-            break;
+        case Native::NormalizeVec3: Emit(FastOp::Normalize, a, b, native == Native::NormalizeVec2 ? 2 : 3); break;
+        default: Emit(FastOp::NativeUnary, a, b, static_cast<std::uint32_t>(native)); break;
     }
     PushResult({shape.result, false, -1, 0});
     return true;

@@ -11,9 +11,13 @@ namespace {
 constexpr std::uint32_t InlineLimit = 16;
 constexpr int ThreadLimit = 8;
 
-bool IsConditional(Op op) { return op >= Op::JumpIfFalse && op <= Op::JumpIfTrueKeep; }
+bool IsConditional(Op op) {
+    return op >= Op::JumpIfFalse && op <= Op::JumpIfTrueKeep;
+}
 
-FastOp Later(FastOp op, int steps) { return static_cast<FastOp>(static_cast<int>(op) + steps); }
+FastOp Later(FastOp op, int steps) {
+    return static_cast<FastOp>(static_cast<int>(op) + steps);
+}
 
 }  // namespace
 
@@ -46,8 +50,7 @@ bool Translator::Inlinable(std::uint32_t at) const {
         const Instruction& instruction = At(at);
         switch (static_cast<Op>(instruction.op)) {
             case Op::JumpIfFalse:
-            case Op::JumpIfTrue:
-                return true;
+            case Op::JumpIfTrue: return true;
             case Op::Jump:
                 if (instruction.c <= at) return false;
                 at = instruction.c;
@@ -63,10 +66,8 @@ bool Translator::Inlinable(std::uint32_t at) const {
             case Op::LoadGlobal:
             case Op::Compare:
             case Op::Not:
-            case Op::ForEachGuard:
-                break;
-            default:
-                return false;
+            case Op::ForEachGuard: break;
+            default: return false;
         }
         ++at;
     }
@@ -112,8 +113,8 @@ void Translator::TranslateConditional(bool jumpIf, bool keep, std::uint32_t targ
     }
     const Threaded taken = target > pc ? Thread(target, keep, jumpIf) : Threaded{target, 0, false};
     const bool stays = keep && !taken.popped;
-    const std::int32_t takenDelta = delta + static_cast<std::int32_t>(next) + taken.executed -
-                                    static_cast<std::int32_t>(taken.pc);
+    const std::int32_t takenDelta =
+        delta + static_cast<std::int32_t>(next) + taken.executed - static_cast<std::int32_t>(taken.pc);
     if (stays) Materialise(operands.back(), position);
     Operand condition = operands.back();
     if (!stays) operands.pop_back();
@@ -161,15 +162,15 @@ void Translator::EmitBranch(bool truth, Operand& condition, std::size_t position
         EmitComparisonBranch(truth, position);
     } else {
         const std::uint32_t slot = FrameSlot(condition, position);
-        const FastOp op = loopCheck ? (truth ? FastOp::LoopTrue : FastOp::LoopFalse)
-                                    : (truth ? FastOp::JumpTrue : FastOp::JumpFalse);
+        const FastOp op =
+            loopCheck ? (truth ? FastOp::LoopTrue : FastOp::LoopFalse) : (truth ? FastOp::JumpTrue : FastOp::JumpFalse);
         Emit(op, 0, slot, 0);
     }
     const std::size_t at = out.code.size() - 1;
     if (loopCheck) out.origins[at] = resume;
     Edge(to);
-    const bool fits = toDelta >= std::numeric_limits<std::int16_t>::min() &&
-                      toDelta <= std::numeric_limits<std::int16_t>::max();
+    const bool fits =
+        toDelta >= std::numeric_limits<std::int16_t>::min() && toDelta <= std::numeric_limits<std::int16_t>::max();
     if (fits && (to > pc || loopCheck)) {
         out.code[at].flags = static_cast<std::uint16_t>(toDelta);
         fixups.push_back({static_cast<std::uint32_t>(at), to});
@@ -196,8 +197,8 @@ void Translator::EmitComparisonBranch(bool truth, std::size_t position) {
     }
     const std::uint32_t left = FrameSlot(conditionLeft, leftPosition);
     const bool number = immediate(conditionRight);
-    const std::uint32_t right = number ? static_cast<std::uint32_t>(conditionRight.fact.word)
-                                       : FrameSlot(conditionRight, rightPosition);
+    const std::uint32_t right =
+        number ? static_cast<std::uint32_t>(conditionRight.fact.word) : FrameSlot(conditionRight, rightPosition);
     FastOp op = loopCheck ? FastOp::LoopEqualInt : FastOp::JumpEqualInt;
     op = Later(op, (realComparison ? 12 : 0) + (number ? 6 : 0) + wanted);
     Emit(op, 0, left, right);

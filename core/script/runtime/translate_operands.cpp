@@ -21,7 +21,9 @@ void Translator::Push(const Operand& operand) {
     deepest = std::max(deepest, static_cast<std::uint32_t>(operands.size()) + 1);
 }
 
-void Translator::PushTemp(const Fact& fact) { Push({Operand::Where::Temp, 0, fact}); }
+void Translator::PushTemp(const Fact& fact) {
+    Push({Operand::Where::Temp, 0, fact});
+}
 
 void Translator::PushConstant(Kind kind, std::int64_t word) {
     Push({Operand::Where::Constant, 0, {kind, true, -1, word}});
@@ -50,24 +52,17 @@ std::uint32_t Translator::ConstantIndex(const Operand& operand) {
 void Translator::Materialise(Operand& operand, std::size_t position) {
     const std::uint32_t slot = SlotAt(position);
     switch (operand.where) {
-        case Operand::Where::Temp:
-            return;
+        case Operand::Where::Temp: return;
         case Operand::Where::Local:
             Emit(Plain(operand.fact) ? FastOp::CopyPlain : FastOp::Copy, slot, LocalSlot(operand.index), 0);
             break;
-        case Operand::Where::Taken:
-            Emit(FastOp::Copy, slot, LocalSlot(operand.index), 0, TakeB);
-            break;
-        case Operand::Where::Global:
-            Emit(FastOp::LoadGlobal, slot, operand.index * SlotBytes, 0);
-            break;
+        case Operand::Where::Taken: Emit(FastOp::Copy, slot, LocalSlot(operand.index), 0, TakeB); break;
+        case Operand::Where::Global: Emit(FastOp::LoadGlobal, slot, operand.index * SlotBytes, 0); break;
         case Operand::Where::Constant:
             Emit(Plain(operand.fact) ? FastOp::LoadPlain : FastOp::LoadConst, slot, 0,
                  ConstantIndex(operand) * SlotBytes);
             break;
-        case Operand::Where::Condition:
-            EmitComparison(position);
-            break;
+        case Operand::Where::Condition: EmitComparison(position); break;
     }
     operand.where = Operand::Where::Temp;
 }
@@ -126,17 +121,12 @@ std::uint32_t Translator::FrameSlot(Operand& operand, std::size_t position) {
 // Where an operation that picks finds it.
 Translator::Picked Translator::Pick(Operand& operand, std::size_t position) {
     switch (operand.where) {
-        case Operand::Where::Local:
-            return {Place::Frame, LocalSlot(operand.index), false};
-        case Operand::Where::Taken:
-            return {Place::Frame, LocalSlot(operand.index), true};
-        case Operand::Where::Global:
-            return {Place::Global, operand.index * SlotBytes, false};
-        case Operand::Where::Constant:
-            return {Place::Constant, ConstantIndex(operand) * SlotBytes, false};
+        case Operand::Where::Local: return {Place::Frame, LocalSlot(operand.index), false};
+        case Operand::Where::Taken: return {Place::Frame, LocalSlot(operand.index), true};
+        case Operand::Where::Global: return {Place::Global, operand.index * SlotBytes, false};
+        case Operand::Where::Constant: return {Place::Constant, ConstantIndex(operand) * SlotBytes, false};
         case Operand::Where::Temp:
-        case Operand::Where::Condition:
-            break;
+        case Operand::Where::Condition: break;
     }
     return {Place::Frame, FrameSlot(operand, position), !Plain(operand.fact)};
 }
@@ -172,7 +162,9 @@ void Translator::PushResult(const Fact& fact) {
     ++next;
 }
 
-Fact Translator::LocalFact(std::uint32_t local) const { return following ? locals[local] : Fact{}; }
+Fact Translator::LocalFact(std::uint32_t local) const {
+    return following ? locals[local] : Fact{};
+}
 
 void Translator::SetLocalFact(std::uint32_t local, const Fact& fact) {
     if (following) locals[local] = fact;

@@ -117,7 +117,7 @@ private:
     [[nodiscard]] bool Dies(std::uint32_t local) const;
     [[nodiscard]] bool Borrowed(std::uint32_t local) const;
 
-    // translate_*.cpp: one instruction.
+    // translate_values.cpp, _arithmetic.cpp, _containers.cpp, _calls.cpp, _jumps.cpp: one instruction.
     void Translate(const Instruction& instruction);
     void TranslatePush(const Instruction& instruction);
     void TranslateMove(const Instruction& instruction);
@@ -165,10 +165,10 @@ private:
     bool good = true;
     bool changed = false;
     bool emitting = false;
-    bool following = true;  // whether facts about locals are kept
-    std::vector<std::int32_t> entryOf;     // state of each instruction that is an entry; -1
+    bool following = true;              // whether facts about locals are kept
+    std::vector<std::int32_t> entryOf;  // state of each instruction that is an entry; -1
     std::vector<EntryState> states;
-    std::vector<std::int32_t> placeOf;     // operation of each entry; -1
+    std::vector<std::int32_t> placeOf;  // operation of each entry; -1
     std::vector<Fixup> fixups;
     std::vector<Stub> stubs;
     std::map<std::pair<int, std::int64_t>, std::uint32_t> constantOf;  // by kind and word
@@ -178,13 +178,13 @@ private:
     std::uint32_t pc = 0;
     std::uint32_t next = 0;
     std::size_t regionFirst = 0;  // operation that begins the region
-    bool ended = false;       // the region is done
-    bool straight = true;     // no jump was followed since the region began
-    bool inlining = false;    // behind a jump that was followed instead of taken
-    std::uint32_t inlined = 0;  // jumps followed in this region
-    std::int32_t delta = 0;   // what is owed to u
-    bool loopCheck = false;   // a jump backward was followed: the next branch looks at the budget
-    Origin resume;            // where exact code goes on if that look fails
+    bool ended = false;           // the region is done
+    bool straight = true;         // no jump was followed since the region began
+    bool inlining = false;        // behind a jump that was followed instead of taken
+    std::uint32_t inlined = 0;    // jumps followed in this region
+    std::int32_t delta = 0;       // what is owed to u
+    bool loopCheck = false;       // a jump backward was followed: the next branch looks at the budget
+    Origin resume;                // where exact code goes on if that look fails
     std::vector<Fact> locals;
     std::vector<Operand> operands;
     Operand conditionLeft;

@@ -9,7 +9,7 @@
 namespace tavrel::core::script {
 
 // Appends the text of a value to `out`. An object inside itself prints as "..." there, so that every walk ends; no
-// recursion. Stops and gives false once `out` is longer than `limit` bytes: shared objects print once for each way to
+// recursion. Stops and gives false before `out` would pass `limit` bytes: shared objects print once for each way to
 // them, which can be more than any memory holds. Settles the dictionaries that it meets.
 [[nodiscard]] bool AppendValueText(Heap& heap, const Value& value, std::uint64_t limit, std::string& out);
 

@@ -40,7 +40,8 @@ public:
     Vm& operator=(const Vm&) = delete;
     ~Vm();
 
-    std::function<void(const std::string&)> print;  // receives each text of "escreva"; may be empty
+    // Receives each text of "escreva"; may be empty. It must not use the machine, to which the text belongs.
+    std::function<void(const std::string&)> print;
     const Program* program;
     Heap heap;
     std::vector<Value> globals;
