@@ -97,8 +97,7 @@ bool Translator::TranslateHotNative(Native native) {
         case Native::Sqrt: Emit(FastOp::Sqrt, a, b, 0); break;
         case Native::LengthVec2:
         case Native::LengthVec3: Emit(FastOp::Length, a, b, native == Native::LengthVec2 ? 2 : 3); break;
-        case Native::NormalizeVec2:
-        case Native::NormalizeVec3: Emit(FastOp::Normalize, a, b, native == Native::NormalizeVec2 ? 2 : 3); break;
+        case Native::NormalizeVec3: Emit(FastOp::Normalize, a, b, 3); break;
         default: Emit(FastOp::NativeUnary, a, b, static_cast<std::uint32_t>(native)); break;
     }
     PushResult({shape.result, false, -1, 0});
