@@ -6,7 +6,7 @@ set(TAVREL_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 function(tavrel_options target)
   target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
   # Determinism: every float operation is rounded alone. Contraction would fuse, x87 would widen.
-  target_compile_options(${target} PRIVATE ${TAVREL_WARNINGS} -ffp-contract=off)
+  target_compile_options(${target} PRIVATE ${TAVREL_WARNINGS} -ffp-contract=off -DTAVREL_NO_CONTRACTION)
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i.86|x86)$")
     target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
   endif()

@@ -171,8 +171,10 @@ void CanonicalWriter::RefuseNan(std::string_view name) {
 // Callers ask for fields only when they are kept, so that their text costs nothing otherwise.
 void CanonicalWriter::Record(const char* name, char kind, std::uint64_t bits, std::string text) {
     assert(keepFields);
-    fields.push_back({sections.empty() ? std::string() : sections.back().name, entity, hasEntity, name, kind, bits,
-                      std::move(text)});
+    CanonicalField field{
+        sections.empty() ? std::string() : sections.back().name, entity, hasEntity, name, kind, bits, std::move(text)};
+    if (takeField) return takeField(field);
+    fields.push_back(std::move(field));
 }
 
 }  // namespace tavrel::core

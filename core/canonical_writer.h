@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -74,6 +75,8 @@ public:
     std::vector<std::uint8_t> bytes;
     std::vector<CanonicalSection> sections;
     std::vector<CanonicalField> fields;  // in the order written
+    // When set, takes each field at once in place of `fields`: those of a large state fill gigabytes.
+    std::function<void(const CanonicalField&)> takeField;
     std::string failure;  // why the stream has no meaning, or empty; others may refuse the state here too
     std::uint64_t entity = 0;
     bool hasEntity = false;

@@ -291,6 +291,22 @@ TEST(BadInput, ImportsMayFollowInALongChainButNotClose) {
     EXPECT_NE(finished.err.find("as importacoes fazem um ciclo: f0 -> f1 -> f2 -> "), std::string::npos);
 }
 
+TEST(BadInput, OneFileKeepsTheOrderOfBothStreams) {
+    const TemporaryFolder folder;
+    WriteFile(folder.path / "m.tvl", "modulo M\nao iniciar\n    escreva(\"um\")\n    escreva(texto([1][2]))\nfim\n");
+    EXPECT_EQ(RunTool({"executar", "m.tvl"}, folder.path, {}, folder.path / "both").code, 1);
+    EXPECT_EQ(ReadFile(folder.path / "both"), "um\nm.tvl:4: erro: a lista tem 1 item e o indice pedido foi 2\n");
+}
+
+TEST(BadInput, OutputThatNobodyTookFailsTheRun) {
+    const fs::path full = "/dev/full";
+    if (!fs::exists(full)) GTEST_SKIP() << "no such file here";
+    const TemporaryFolder folder;
+    WriteFile(folder.path / "m.tvl", "modulo M\n");
+    EXPECT_EQ(RunTool({"executar", "m.tvl"}, folder.path, {}, full).code, 1);
+    EXPECT_EQ(RunTool({"verificar", "m.tvl"}, folder.path, {}, full).code, 1);
+}
+
 }  // namespace
 
 }  // namespace tavrel::tests

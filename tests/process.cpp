@@ -29,9 +29,11 @@ void Limit(const ProcessLimits& limits) {
 
 // Never returns: the child becomes the tool, or ends with the shell's code for a command that cannot start.
 [[noreturn]] void BecomeTool(std::vector<char*>& words, const std::filesystem::path& folder,
-                             const std::filesystem::path& streams, const ProcessLimits& limits) {
-    SendStream(STDOUT_FILENO, streams / "out");
+                             const std::filesystem::path& streams, const ProcessLimits& limits,
+                             const std::filesystem::path& both) {
+    SendStream(STDOUT_FILENO, both.empty() ? streams / "out" : both);
     SendStream(STDERR_FILENO, streams / "err");
+    if (!both.empty()) dup2(STDOUT_FILENO, STDERR_FILENO);
     dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
     Limit(limits);
     if (chdir(folder.c_str()) == 0) execv(words[0], words.data());
@@ -40,8 +42,8 @@ void Limit(const ProcessLimits& limits) {
 
 }  // namespace
 
-Finished RunTool(const std::vector<std::string>& args, const std::filesystem::path& folder,
-                 const ProcessLimits& limits) {
+Finished RunTool(const std::vector<std::string>& args, const std::filesystem::path& folder, const ProcessLimits& limits,
+                 const std::filesystem::path& both) {
     const TemporaryFolder streams;
     std::vector<std::string> line{TAVREL_TOOL};
     line.insert(line.end(), args.begin(), args.end());
@@ -51,7 +53,7 @@ Finished RunTool(const std::vector<std::string>& args, const std::filesystem::pa
     words.push_back(nullptr);
 
     const pid_t child = fork();
-    if (child == 0) BecomeTool(words, folder, streams.path, limits);
+    if (child == 0) BecomeTool(words, folder, streams.path, limits, both);
     int status = 0;
     waitpid(child, &status, 0);
 

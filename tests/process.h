@@ -19,9 +19,10 @@ struct Finished {
     int signal = 0;  // that signal, SIGALRM for a process that hung
 };
 
-// Runs the built tool in `folder`, with nothing on standard input.
+// Runs the built tool in `folder`, with nothing on standard input. A file `both` takes the two streams in place of
+// `out` and `err`.
 [[nodiscard]] Finished RunTool(const std::vector<std::string>& args, const std::filesystem::path& folder,
-                               const ProcessLimits& limits = {});
+                               const ProcessLimits& limits = {}, const std::filesystem::path& both = {});
 
 // The whole content of a file; empty when there is none.
 [[nodiscard]] std::string ReadFile(const std::filesystem::path& file);

@@ -24,6 +24,8 @@ using core::script::Vm;
 // 1/60 of a second as the nearest float: a run without a world has no clock.
 constexpr std::uint32_t TimeStepBits = 0x3C888889;
 
+constexpr const char* StateSection = "script";
+
 // Prints the fault of a hook behind the words that tell when it came.
 bool Report(const Vm& vm, const std::string& when) {
     PrintError(when + vm.DescribeFault() + "\n");
@@ -51,16 +53,32 @@ bool RunHooks(Vm& vm, unsigned long long ticks) {
     return true;
 }
 
-bool PrintState(const Vm& vm, unsigned long long ticks) {
-    core::CanonicalWriter writer(true);
-    core::script::WriteScriptState(vm, writer, "script");
+bool HashState(const Vm& vm, core::Digest& out) {
+    core::CanonicalWriter writer(false);
+    core::script::WriteScriptState(vm, writer, StateSection);
     if (!writer.failure.empty()) {
         PrintError("erro: o estado do script nao entra no canonico: " + writer.failure + "\n");
         return false;
     }
+    out = core::HashSha256(writer.bytes.data(), writer.bytes.size());
+    return true;
+}
+
+// Walks the state a second time rather than keep its fields, which take ten times the memory of the state itself.
+void ListState(const Vm& vm) {
+    core::CanonicalWriter writer(true);
+    writer.takeField = [&writer](const core::CanonicalField& field) {
+        Print(field.name + " = " + field.text + "\n");
+        writer.bytes.clear();
+    };
+    core::script::WriteScriptState(vm, writer, StateSection);
+}
+
+bool PrintState(const Vm& vm, unsigned long long ticks) {
+    core::Digest digest;
+    if (!HashState(vm, digest)) return false;
     Print("--- estado depois de " + std::to_string(ticks) + " tick(s) ---\n");
-    for (const core::CanonicalField& field : writer.fields) Print(field.name + " = " + field.text + "\n");
-    const core::Digest digest = core::HashSha256(writer.bytes.data(), writer.bytes.size());
+    ListState(vm);
     Print("resumo do estado " + core::ToHex(digest) + "\n");
     return true;
 }

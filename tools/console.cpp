@@ -13,4 +13,8 @@ void PrintError(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
+bool Flush() {
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+}
+
 }  // namespace tavrel::tools

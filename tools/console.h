@@ -12,4 +12,7 @@ void Print(std::string_view text);
 // Faults and reports. What was printed before comes out first, so that both keep their order in one file.
 void PrintError(std::string_view text);
 
+// Writes out what is still buffered. False when standard output did not take everything so far.
+[[nodiscard]] bool Flush();
+
 }  // namespace tavrel::tools

@@ -15,6 +15,13 @@ namespace tavrel::tools {
 
 namespace {
 
+// Whoever compares outputs must not take a cut one for a whole one.
+int Finish(int code) {
+    if (Flush() || code != GoodExit) return code;
+    PrintError("erro: nao consegui escrever a saida\n");
+    return FailedExit;
+}
+
 int Dispatch(const std::vector<std::string>& args) {
     if (args.size() < 2) {
         Usage();
@@ -29,9 +36,9 @@ int Dispatch(const std::vector<std::string>& args) {
         Usage();
         return GoodExit;
     }
-    if (command == "verificar") return CheckCommand(args);
-    if (command == "formatar") return FormatCommand(args);
-    if (command == "executar") return RunCommand(args);
+    if (command == "verificar") return Finish(CheckCommand(args));
+    if (command == "formatar") return Finish(FormatCommand(args));
+    if (command == "executar") return Finish(RunCommand(args));
     PrintError("erro: nao conheco o comando \"" + command + "\"\n");
     Usage();
     return RefusedExit;

@@ -109,6 +109,16 @@ TEST(CanonicalWriter, FailureNamesTheSectionAndTheElement) {
     EXPECT_EQ(writer.failure, "NaN no estado deterministico: script/lista[2]");
 }
 
+TEST(CanonicalWriter, FieldsCanBeTakenAtOnce) {
+    CanonicalWriter writer(true);
+    std::string taken;
+    writer.takeField = [&taken](const CanonicalField& field) { taken += field.name + '=' + field.text + ' '; };
+    writer.U8("a", 1);
+    writer.Floats("b", std::vector{0.0F, 1.5F});
+    EXPECT_EQ(taken, "a=1 b[0]=0 (0x0p+0) b[1]=1.5 (0xcp-3) ");
+    EXPECT_TRUE(writer.fields.empty());
+}
+
 TEST(CanonicalWriter, LongElementNamesAreCut) {
     const std::string list(94, 'n');
     CanonicalWriter writer(true);

@@ -21,9 +21,12 @@
 #error "the float functions need every operation rounded alone: build without contraction"
 #endif
 
-// Fusing leaves no mark that the preprocessor could see. Here clang is told; other compilers get it by option.
+// Fusing and, in clang, reordering leave no mark that the preprocessor could see. Here clang is told; g++ gets it by
+// option, and the build defines TAVREL_NO_CONTRACTION along with that option.
 #if defined(__clang__)
-#pragma clang fp contract(off)
+#pragma clang fp contract(off) reassociate(off)
+#elif (defined(__FMA__) || defined(__FMA4__) || defined(__ARM_FEATURE_FMA)) && !defined(TAVREL_NO_CONTRACTION)
+#error "the float functions need every operation rounded alone: build with -ffp-contract=off"
 #endif
 
 static_assert(FLT_EVAL_METHOD == 0, "float operations must not be widened");

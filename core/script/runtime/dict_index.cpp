@@ -43,13 +43,6 @@ std::uint64_t WordOf(const Heap& heap, const Value& key) {
     return static_cast<std::uint64_t>(key.word);
 }
 
-void Resize(DictIndex& index, std::size_t entries) {
-    const std::size_t room = entries < FewEntries ? 6 : 3;
-    const std::size_t count = std::max(LeastSlots, std::bit_ceil(entries * room));
-    index.slots.assign(count, {});
-    index.shift = 32U - static_cast<std::uint32_t>(std::countr_zero(count));
-}
-
 std::size_t Next(const DictIndex& index, std::size_t slot) {
     return (slot + 1) & (index.slots.size() - 1);
 }
@@ -59,6 +52,19 @@ void Place(DictIndex& index, DictIndex::Slot entry) {
     std::size_t slot = entry.hash >> index.shift;
     while (index.slots[slot].position != 0) slot = Next(index, slot);
     index.slots[slot] = entry;
+}
+
+// Makes slots for that many entries and puts those in it that it has.
+void Resize(Heap& heap, DictIndex& index, std::size_t entries) {
+    const std::size_t room = entries < FewEntries ? 6 : 3;
+    const std::size_t count = std::max(LeastSlots, std::bit_ceil(entries * room));
+    const std::vector<DictIndex::Slot> old = std::exchange(index.slots, std::vector<DictIndex::Slot>(count));
+    index.shift = 32U - static_cast<std::uint32_t>(std::countr_zero(count));
+    heap.bytes += DictIndex::SlotCost * count;
+    heap.bytes -= DictIndex::SlotCost * old.size();
+    for (const DictIndex::Slot& entry : old) {
+        if (entry.position != 0) Place(index, entry);
+    }
 }
 
 template <typename IsKey>
@@ -98,7 +104,8 @@ void BuildIndex(Heap& heap, std::uint32_t dict) {
     object.index = std::make_unique<DictIndex>();
     DictIndex& index = *object.index;
     const auto count = static_cast<std::uint32_t>(object.keys.size());
-    Resize(index, count);
+    heap.bytes += DictIndex::OwnCost;
+    Resize(heap, index, count);
     for (std::uint32_t i = 0; i < count; ++i) Place(index, {HashKey(heap, object.keys[i]), i + 1});
     index.sorted = count;
     index.place = static_cast<std::uint32_t>(heap.unsettled.size());
@@ -110,6 +117,7 @@ void DropIndex(Heap& heap, HeapObject& object) {
     heap.unsettled[object.index->place] = last;
     heap.objects[last].index->place = object.index->place;
     heap.unsettled.pop_back();
+    heap.bytes -= DictIndex::OwnCost + DictIndex::SlotCost * object.index->slots.size();
     object.index.reset();
     object.effort = 0;
 }
@@ -122,25 +130,21 @@ std::size_t FindSlot(const Heap& heap, const HeapObject& object, const Value& ke
                  [&](std::uint32_t i) { return keys[i].word == key.word || SameValue(heap, key, keys[i]); });
 }
 
-void FillSlot(HeapObject& object, std::size_t slot, std::uint32_t hash) {
+void FillSlot(Heap& heap, HeapObject& object, std::size_t slot, std::uint32_t hash) {
     DictIndex& index = *object.index;
     const std::size_t count = object.keys.size() + 1;
     index.slots[slot] = {hash, static_cast<std::uint32_t>(count)};
-    if (count * 2 <= index.slots.size()) return;
-    const std::vector<DictIndex::Slot> old = std::exchange(index.slots, {});
-    Resize(index, count);
-    for (const DictIndex::Slot& entry : old) {
-        if (entry.position != 0) Place(index, entry);
-    }
+    if (count * 2 > index.slots.size()) Resize(heap, index, count);
 }
 
-void MoveLastSlot(const Heap& heap, HeapObject& object, std::uint32_t position) {
+void MoveLastSlot(Heap& heap, HeapObject& object, std::uint32_t position) {
     DictIndex& index = *object.index;
     const auto last = static_cast<std::uint32_t>(object.keys.size() - 1);
     const std::size_t gone = SlotAt(heap, object, position);
     index.slots[SlotAt(heap, object, last)].position = position + 1;
     Erase(index, gone);
     index.sorted = std::min(index.sorted, position);
+    if (index.slots.size() > LeastSlots && index.slots.size() > 32 * std::size_t{last}) Resize(heap, index, last);
 }
 
 }  // namespace tavrel::core::script

@@ -15,6 +15,9 @@ struct DictIndex {
         std::uint32_t hash = 0;
         std::uint32_t position = 0;  // into keys, plus one; 0 for an empty slot
     };
+    static constexpr std::uint64_t OwnCost = 64;  // of an index in the counted memory of the heap, and of each slot
+    static constexpr std::uint64_t SlotCost = 8;
+
     std::vector<Slot> slots;   // a power of two, at most half of them in use
     std::uint32_t shift = 0;   // takes a hash down to its place in slots
     std::uint32_t sorted = 0;  // so many keys from the first are known to be in ascending order
@@ -34,10 +37,10 @@ void DropIndex(Heap& heap, HeapObject& object);
 [[nodiscard]] std::size_t FindSlot(const Heap& heap, const HeapObject& object, const Value& key, std::uint32_t hash);
 
 // Fills the empty slot that FindSlot gave with the next position, before the key itself is appended.
-void FillSlot(HeapObject& object, std::size_t slot, std::uint32_t hash);
+void FillSlot(Heap& heap, HeapObject& object, std::size_t slot, std::uint32_t hash);
 
 // Takes out the slot of the key at a position and lets the slot of the last key point there instead; the keys
 // themselves are yet to move.
-void MoveLastSlot(const Heap& heap, HeapObject& object, std::uint32_t position);
+void MoveLastSlot(Heap& heap, HeapObject& object, std::uint32_t position);
 
 }  // namespace tavrel::core::script

@@ -99,7 +99,7 @@ bool StoreIndexed(Heap& heap, std::uint32_t dict, const Value& key, const Value&
         Replace(heap, object, index.slots[slot].position - 1, key, value);
         return false;
     }
-    FillSlot(object, slot, hash);
+    FillSlot(heap, object, slot, hash);
     if (index.sorted == object.keys.size() && CompareValues(heap, object.keys.back(), key) < 0) ++index.sorted;
     Append(heap, object, key, value);
     return true;
@@ -134,15 +134,15 @@ struct Ranked {
     std::uint32_t position = 0;
 };
 
-// The present positions of the entries, in the order of their keys.
-std::vector<Ranked> SortedPositions(const Heap& heap, const HeapObject& object) {
+// The present positions of the entries, in the order of their keys. So many from the first are in order already.
+std::vector<Ranked> SortedPositions(const Heap& heap, const HeapObject& object, std::uint32_t sorted) {
     std::vector<Ranked> order(object.keys.size());
     for (std::uint32_t i = 0; i < order.size(); ++i) order[i] = {Rank(heap, object.keys[i]), i};
     const auto isLess = [&](const Ranked& a, const Ranked& b) {
         if (a.rank != b.rank) return a.rank < b.rank;
         return CompareValues(heap, object.keys[a.position], object.keys[b.position]) < 0;
     };
-    const auto middle = order.begin() + static_cast<std::ptrdiff_t>(object.index->sorted);
+    const auto middle = order.begin() + static_cast<std::ptrdiff_t>(sorted);
     std::stable_sort(middle, order.end(), isLess);  // unlike sort, it stays inside whatever the comparison says
     std::inplace_merge(order.begin(), middle, order.end(), isLess);
     return order;
@@ -222,10 +222,11 @@ void RemoveEntry(Heap& heap, std::uint32_t dict, std::int64_t position) {
 void Settle(Heap& heap, std::uint32_t dict) {
     HeapObject& object = heap.objects[dict];
     if (!object.index || object.index->sorted == object.keys.size()) return;
-    const std::vector<Ranked> order = SortedPositions(heap, object);
+    const std::uint32_t sorted = object.index->sorted;
+    DropIndex(heap, object);  // first, since sorting needs memory too
+    const std::vector<Ranked> order = SortedPositions(heap, object, sorted);
     object.keys = Gather(object.keys, order);
     object.items = Gather(object.items, order);
-    DropIndex(heap, object);
 }
 
 void SettleAll(Heap& heap) {

@@ -226,9 +226,8 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
 #undef TAVREL_FAST
     };
 #endif
+    rebase(first * SlotBytes);
     if (u > limit) code = CodeOf(*vm.prepared, code->function, true);
-    if (code == nullptr) return FailInvalid();
-    grow(first * SlotBytes, *code);
     enter();
     ip = before + 1;
 
@@ -597,6 +596,11 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                                     ip->b - static_cast<std::uint32_t>(ShortDelta(*ip))};
                 base += ip->a;
                 if (callee->extentBytes > static_cast<std::uint64_t>(stackEnd - base)) {
+                    if (static_cast<std::uint64_t>(base - stack) + callee->extentBytes > MaxStackBytes) {
+                        base -= ip->a;
+                        u -= static_cast<std::int32_t>(ip->b);
+                        FAULT(MemoryFault);
+                    }
                     grow(static_cast<std::uint64_t>(base - stack), *callee);
                 }
                 code = callee;
@@ -618,7 +622,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                     }
                 }
                 if (ip->flags & CleanAll) {
-                    for (std::uint32_t local = 0; local < code->locals; ++local) DropAway(heap, (&SLOT(0))[local]);
+                    for (std::uint32_t slot = 0; slot < code->extent; ++slot) DropAway(heap, (&SLOT(0))[slot]);
                 } else {
                     for (std::uint32_t local = ip->c & 0xFFFF; local < ip->c >> 16U; ++local) {
                         DropAway(heap, (&SLOT(0))[local]);
@@ -637,15 +641,11 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 ip = caller.next;
                 code = caller.code;
                 base = stack + caller.base;
-                enter();
                 if (u > limit && code->entries.empty()) {
-                    const PreparedCode* exact = CodeOf(*vm.prepared, code->function, true);
-                    if (exact == nullptr) goto invalid;
-                    grow(caller.base, *exact);
-                    code = exact;
-                    enter();
-                    ip = before + code->entries[caller.pc];
+                    code = CodeOf(*vm.prepared, code->function, true);
+                    ip = code->before + code->entries[caller.pc];
                 }
+                enter();
                 NEXT;
             }
             CASE(CallNative) {
@@ -760,11 +760,8 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
 
     nearBudget : {
         const Origin place = origin();
-        const PreparedCode* exact = CodeOf(*vm.prepared, code->function, true);
-        if (exact == nullptr) goto invalid;
         u += place.delta;
-        grow(static_cast<std::uint64_t>(base - stack), *exact);  // what never runs may need more operands
-        code = exact;
+        code = CodeOf(*vm.prepared, code->function, true);
         enter();
         ip = before + code->entries[place.pc];
         continue;

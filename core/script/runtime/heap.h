@@ -7,7 +7,8 @@
 //
 // Memory is counted by what the script put in, not by what the allocator gave, so that a script meets its limit at the
 // same instruction on every machine: ObjectCost for an object, ItemCost for an item, key or value, one for a byte of
-// text. The heap counts; whoever lets a script grow something asks Fits first.
+// text, and what the index of a large dictionary takes (dict_index.h). The heap counts; whoever lets a script grow
+// something asks Fits first. An index comes unasked and may pass the limit, so that the next growth fails.
 #pragma once
 
 #include <cstdint>
@@ -93,6 +94,13 @@ struct Heap {
     [[nodiscard]] Value RemoveAt(HeapObject& list, std::size_t position);
     // Empties items and keys, dropping keys first, and gives their memory back.
     void ClearItems(std::uint32_t object);
+
+    // False for a value that names no object of its kind in use here. Values of the script's own need no such look.
+    [[nodiscard]] bool Holds(const Value& value) const {
+        if (!OnHeap(value.kind)) return true;
+        const std::uint32_t index = value.ObjectIndex();
+        return index < objects.size() && objects[index].refs > 0 && objects[index].kind == value.kind;
+    }
 
     // The object of a value of a heap kind.
     [[nodiscard]] HeapObject& At(const Value& value) { return objects[value.ObjectIndex()]; }

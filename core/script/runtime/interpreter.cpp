@@ -12,6 +12,10 @@
 namespace tavrel::core::script {
 
 bool Vm::Execute(std::int32_t function, std::uint64_t argumentCount, Value& result) {
+    if (!HasFunction(function) || argumentCount > stack.Size()) {
+        Fail(UnknownFunctionFault);
+        return false;
+    }
     return Interpreter(*this).Run(function, argumentCount, result);
 }
 
@@ -34,7 +38,9 @@ bool Interpreter::Enter(std::int32_t function, std::uint64_t argumentCount, cons
     }
     code = CodeOf(*vm.prepared, function, false);
     if (code == nullptr) return FailInvalid();
-    vm.ClearStackTo(base + std::min<std::uint64_t>(argumentCount, code->locals));
+    if ((base + code->extent) * SlotBytes > MaxStackBytes) return FailText(MemoryFault);
+    const std::int32_t params = vm.program->functions[static_cast<std::size_t>(function)].params;
+    vm.ClearStackTo(base + std::min<std::uint64_t>(argumentCount, static_cast<std::uint64_t>(params)));
     vm.stack.Reserve(base + code->extent);
     for (std::uint64_t slot = vm.stack.Size(); slot < base + code->extent; ++slot) vm.stack.Data()[slot] = Value();
     return true;
@@ -206,7 +212,7 @@ bool Interpreter::CallHost(std::uint64_t first, std::uint32_t count, std::uint32
         vm.heap.Drop(std::exchange(vm.stack.Data()[first + i], Value()));
     }
     vm.stack.SetSize(first);
-    if (OnHeap(call.result.kind) && call.result.ObjectIndex() >= vm.heap.objects.size()) {
+    if (!vm.heap.Holds(call.result)) {
         call.result = Value();
         good = false;
     }

@@ -35,6 +35,7 @@ struct NativeShape {
 
 // The texts of faults that more than one place needs.
 inline constexpr const char* MemoryFault = "o script passou do limite de memoria";
+inline constexpr const char* UnknownFunctionFault = "funcao desconhecida";
 inline constexpr const char* OverflowFault = "a conta passou do que cabe num inteiro";
 
 }  // namespace tavrel::core::script

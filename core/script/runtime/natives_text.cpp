@@ -26,7 +26,7 @@ bool AppendShown(Vm& vm, const Value& value, std::string& out) {
     const Heap& heap = vm.heap;
     const std::uint64_t taken = heap.bytes + Heap::ObjectCost;
     const std::uint64_t room = heap.limit > taken ? heap.limit - taken : 0;
-    return AppendValueText(vm.heap, value, room, out) || vm.Grow(Heap::ObjectCost + room + 1);
+    return AppendValueText(vm.heap, value, room, out) || FailNative(vm, MemoryFault);
 }
 
 bool IsDigit(char letter) {

@@ -25,8 +25,10 @@ const PreparedCode* CodeOf(PreparedProgram& prepared, std::int32_t function, boo
     PreparedProgram::Pair& pair = prepared.functions[static_cast<std::size_t>(function)];
     std::unique_ptr<PreparedCode>& code = exact ? pair.exact : pair.fast;
     if (code || pair.refused) return code.get();
+    const PreparedCode* model = exact ? nullptr : CodeOf(prepared, function, true);
+    if (!exact && model == nullptr) return nullptr;
     auto fresh = std::make_unique<PreparedCode>();
-    if (Translator(*prepared.program, prepared, function, exact, *fresh).Run()) {
+    if (Translator(*prepared.program, prepared, function, model, *fresh).Run()) {
         fresh->before = fresh->code.data() - 1;
         fresh->pool = fresh->constants.data();
         fresh->extentBytes = std::uint64_t{fresh->extent} * SlotBytes;

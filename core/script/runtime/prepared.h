@@ -40,7 +40,7 @@ inline constexpr std::uint16_t TakeB = 1U << 6U;  // the operand's reference is 
 inline constexpr std::uint16_t TakeC = 1U << 7U;
 inline constexpr std::uint16_t TakeA = 1U << 8U;
 inline constexpr std::uint16_t DropOld = 1U << 9U;    // the destination may own a reference
-inline constexpr std::uint16_t CleanAll = 1U << 10U;  // of a return: all locals are to be dropped
+inline constexpr std::uint16_t CleanAll = 1U << 10U;  // of a return: the whole frame is to be dropped
 inline constexpr std::uint16_t ComparisonShift = 11;  // of CompareAny: 0 to 5
 
 // The flags that tell the place of one picked operand, and whether it is to be taken.
@@ -78,9 +78,11 @@ struct PreparedCode {
     std::vector<Value> constants;       // texts are those of the machine, without a reference of their own
     std::vector<Divisor> divisors;      // constants that something is divided by
     std::vector<std::int32_t> entries;  // exact code only: the operation that begins each instruction; -1 if none
+    std::vector<std::uint32_t> depths;  // exact code only: operands that stand where each instruction begins
 };
 
-// Both forms of each function of a machine's program, made when first needed.
+// Both forms of each function of a machine's program, made when first needed. Where a fast form stands, so does the
+// exact one, with the same operands in the same slots at each instruction: so a run can change over.
 struct PreparedProgram {
     PreparedProgram(const Program& program, const std::vector<Value>& texts);
 
@@ -101,6 +103,8 @@ struct PreparedProgram {
 [[nodiscard]] const PreparedCode* CodeOf(PreparedProgram& prepared, std::int32_t function, bool exact);
 
 inline constexpr std::uint32_t SlotBytes = sizeof(Value);
+// All frames together; whoever calls beyond that meets the memory fault.
+inline constexpr std::uint64_t MaxStackBytes = std::uint64_t{1} << 29U;
 inline constexpr std::uint32_t MissingArguments = 0xFFFFFFFF;  // of CallHost: more arguments than operands
 
 }  // namespace tavrel::core::script

@@ -7,7 +7,7 @@ namespace tavrel::core::script {
 
 namespace {
 
-// In a frame of more locals than this a return does not ask which of them own something.
+// In a frame of more locals or operands than this a return does not ask which of them own something.
 constexpr std::uint32_t MaxCleaned = 256;
 
 }  // namespace
@@ -135,7 +135,8 @@ void Translator::TranslateReturn(bool value) {
         Operand nothing{Operand::Where::Constant, 0, {Kind::Nothing, true, -1, 0}};
         picked = Pick(nothing, operands.size());
     }
-    for (std::size_t i = 0; i < operands.size(); ++i) {
+    const bool many = operands.size() > MaxCleaned;
+    for (std::size_t i = 0; i < operands.size() && !many; ++i) {
         if (operands[i].where == Operand::Where::Temp && !Plain(operands[i].fact)) {
             Emit(FastOp::DropSlot, SlotAt(i), 0, 0);
         }
@@ -148,10 +149,11 @@ void Translator::TranslateReturn(bool value) {
         if (last == 0) first = local;
         last = local + 1;
     }
-    if (last > 0xFFFF) flags = CleanAll;
+    const bool all = many || last > 0xFFFF;
+    if (all) flags = CleanAll;
     flags = static_cast<std::uint16_t>(flags | PickFlags(picked.place, PlaceOfB, picked.take, TakeB));
     const auto executed = static_cast<std::uint32_t>(static_cast<std::int32_t>(next) + delta);
-    const std::uint32_t clean = last > 0xFFFF ? 0 : first | last << 16U;
+    const std::uint32_t clean = all ? 0 : first | last << 16U;
     Emit(value || answers ? FastOp::ReturnValue : FastOp::Return, executed, picked.offset, clean, flags);
     ended = true;
 }

@@ -16,6 +16,7 @@ std::uint32_t Translator::SlotAt(std::size_t position) const {
 }
 
 void Translator::Push(const Operand& operand) {
+    placed = std::min(placed, operands.size());
     operands.push_back(operand);
     // One more than stand there: the second operand of a comparison that is put off keeps its slot.
     deepest = std::max(deepest, static_cast<std::uint32_t>(operands.size()) + 1);
@@ -68,15 +69,19 @@ void Translator::Materialise(Operand& operand, std::size_t position) {
 }
 
 void Translator::MaterialiseFrom(std::size_t position) {
-    for (std::size_t i = position; i < operands.size(); ++i) Materialise(operands[i], i);
+    for (std::size_t i = std::max(position, placed); i < operands.size(); ++i) {
+        Materialise(operands[i], i);
+        if (!following) operands[i].fact = {};  // as it will be taken up at the next entry
+    }
+    if (position <= placed) placed = operands.size();
 }
 
 void Translator::MaterialiseBelow(std::size_t position) {
-    for (std::size_t i = 0; i < position && i < operands.size(); ++i) Materialise(operands[i], i);
+    for (std::size_t i = placed; i < position && i < operands.size(); ++i) Materialise(operands[i], i);
 }
 
 void Translator::MaterialiseLocal(std::uint32_t local) {
-    for (std::size_t i = 0; i < operands.size(); ++i) {
+    for (std::size_t i = placed; i < operands.size(); ++i) {
         const Operand::Where where = operands[i].where;
         const bool borrowed = where == Operand::Where::Local || where == Operand::Where::Taken;
         if ((borrowed && operands[i].index == local) || where == Operand::Where::Condition) {
@@ -86,7 +91,7 @@ void Translator::MaterialiseLocal(std::uint32_t local) {
 }
 
 void Translator::MaterialiseGlobal(std::uint32_t global) {
-    for (std::size_t i = 0; i < operands.size(); ++i) {
+    for (std::size_t i = placed; i < operands.size(); ++i) {
         if (operands[i].where == Operand::Where::Global && operands[i].index == global) {
             Materialise(operands[i], i);
         }
@@ -177,9 +182,10 @@ Kind Translator::HintKind(const Fact& fact) const {
 
 // Whether an operand still stands in a local: then the local's reference may not be taken away.
 bool Translator::Borrowed(std::uint32_t local) const {
-    return std::any_of(operands.begin(), operands.end(), [local](const Operand& operand) {
-        return operand.where == Operand::Where::Local && operand.index == local;
-    });
+    for (std::size_t i = placed; i < operands.size(); ++i) {
+        if (operands[i].where == Operand::Where::Local && operands[i].index == local) return true;
+    }
+    return false;
 }
 
 // Whether a local that is being read is overwritten, on this straight way, before anyone reads it again.

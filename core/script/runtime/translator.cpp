@@ -6,11 +6,11 @@ namespace tavrel::core::script {
 
 namespace {
 
-// Facts about locals are kept at every entry; beyond this many in all they are not worth their memory.
+// Facts are kept at every entry and joined on every way to it; beyond this many in all they are not worth it.
 constexpr std::uint64_t MaxFacts = std::uint64_t{1} << 22U;
 // Byte offsets of slots must stay small in any frame.
 constexpr std::uint32_t MaxSlots = std::uint32_t{1} << 24U;
-// Passes until the facts about locals are given up.
+// Passes until facts are given up, and without them the code. Compiled code needs two or three.
 constexpr int MaxPasses = 24;
 
 Fact JoinFacts(const Fact& a, const Fact& b) {
@@ -25,12 +25,13 @@ Fact JoinFacts(const Fact& a, const Fact& b) {
 }  // namespace
 
 Translator::Translator(const Program& givenProgram, const PreparedProgram& prepared, std::int32_t function,
-                       bool givenExact, PreparedCode& givenOut)
+                       const PreparedCode* givenModel, PreparedCode& givenOut)
     : program(givenProgram),
       texts(*prepared.texts),
       recordTypes(prepared.recordTypes),
       source(givenProgram.functions[static_cast<std::size_t>(function)]),
-      exact(givenExact),
+      model(givenModel),
+      exact(givenModel == nullptr),
       out(givenOut) {
     out.function = function;
     out.locals = static_cast<std::uint32_t>(std::max(source.locals, 0));
@@ -42,19 +43,21 @@ bool Translator::Run() {
         return false;
     }
     Restart(!exact);
-    if (!Settle() && good && following) {
+    bool settled = Settle();
+    if (!settled && good && following) {
         Restart(false);
-        if (!Settle() && good) return false;
+        settled = Settle();
     }
-    if (!good) return false;
+    if (!settled || !good) return false;
     EmitAll();
-    out.extent = out.locals + deepest;
+    out.extent = std::max(out.locals + deepest, exact ? 0 : model->extent);
     out.clearLocals = out.clearLocals || !following;
     return good && out.extent <= MaxSlots;
 }
 
 void Translator::Restart(bool follow) {
-    following = follow;
+    following = follow && out.locals <= MaxFacts;
+    effort = 0;
     states.clear();
     entryOf.assign(Size(), -1);
     EntryState first;
@@ -70,14 +73,13 @@ void Translator::Restart(bool follow) {
 
 // Walks all regions until nothing new is known at any entry. False when that takes too long or the code is refused.
 bool Translator::Settle() {
-    for (int pass = 0; pass < MaxPasses || !following; ++pass) {
+    for (int pass = 0; pass < MaxPasses; ++pass) {
         changed = false;
-        for (std::uint32_t at = 0; at < Size() && good; ++at) {
+        for (std::uint32_t at = 0; at < Size() && good && effort <= MaxFacts; ++at) {
             if (entryOf[at] >= 0) Region(at);
         }
-        if (!good) return false;
+        if (!good || effort > MaxFacts) return false;
         if (!changed) return true;
-        if (following && states.size() * out.locals > MaxFacts) return false;
     }
     return false;
 }
@@ -93,7 +95,16 @@ void Translator::EmitAll() {
     }
     if (!good) return;
     Patch();
-    if (exact) out.entries = placeOf;
+    if (exact) NoteEntries();
+}
+
+void Translator::NoteEntries() {
+    out.entries = placeOf;
+    out.depths.resize(Size());
+    for (std::uint32_t at = 0; at < Size(); ++at) {
+        if (entryOf[at] < 0) continue;
+        out.depths[at] = static_cast<std::uint32_t>(states[static_cast<std::size_t>(entryOf[at])].depth);
+    }
 }
 
 // What was emitted only to see where it leads.
@@ -120,9 +131,7 @@ void Translator::Region(std::uint32_t start) {
     if (!emitting) Forget();
     regionFirst = out.code.size();
     const EntryState& state = states[static_cast<std::size_t>(entryOf[start])];
-    locals = state.locals;
-    operands.clear();
-    for (const Fact& fact : state.operands) operands.push_back({Operand::Where::Temp, 0, fact});
+    Stand(state);
     deepest = std::max(deepest, static_cast<std::uint32_t>(operands.size()));
     ended = inlining = loopCheck = false;
     straight = true;
@@ -131,10 +140,35 @@ void Translator::Region(std::uint32_t start) {
     for (pc = start; !ended && good; pc = next) {
         if (pc >= Size()) return Refuse();
         if (pc != start && !inlining && (exact || entryOf[pc] >= 0)) return FallInto(pc);
-        if (exact) Emit(FastOp::Step, 0, 0, pc);
+        if (exact) {
+            Emit(FastOp::Step, 0, 0, pc);
+        } else {
+            TrimOperands();
+        }
         next = pc + 1;
         fusedLocal = -1;
         Translate(At(pc));
+    }
+}
+
+// Takes up what stands at an entry. Without facts, operands that the last region left in their slots stay as they are.
+void Translator::Stand(const EntryState& state) {
+    locals = state.locals;
+    operands.resize(following ? 0 : std::min({placed, operands.size(), state.depth}));
+    for (std::size_t i = operands.size(); i < state.depth; ++i) {
+        operands.push_back({Operand::Where::Temp, 0, following ? state.operands[i] : Fact{}});
+    }
+    placed = operands.size();
+}
+
+// Calls of the world that answer nothing leave a Nothing that nobody takes off, in a loop one more each time around.
+// The exact form, which follows every way to a place, knows how many operands are there for certain.
+void Translator::TrimOperands() {
+    while (operands.size() > model->depths[pc]) {
+        const Operand operand = Pop();
+        if (operand.where == Operand::Where::Temp && !Plain(operand.fact)) {
+            Emit(FastOp::DropSlot, SlotAt(operands.size()), 0, 0);
+        }
     }
 }
 
@@ -150,11 +184,15 @@ void Translator::Edge(std::uint32_t target) {
     if (!good) return;
     if (target >= Size()) return Refuse();
     if (emitting) return;
+    if (following) effort += locals.size() + operands.size();
+    if (effort > MaxFacts) {
+        ended = true;
+        return;
+    }
     if (entryOf[target] < 0) {
         entryOf[target] = static_cast<std::int32_t>(states.size());
-        EntryState state;
-        state.locals = locals;
-        for (const Operand& operand : operands) state.operands.push_back(operand.fact);
+        EntryState state{operands.size(), locals, {}};
+        for (std::size_t i = 0; following && i < operands.size(); ++i) state.operands.push_back(operands[i].fact);
         states.push_back(std::move(state));
         changed = true;
     } else if (Join(states[static_cast<std::size_t>(entryOf[target])])) {
@@ -174,8 +212,9 @@ bool Translator::Join(EntryState& known) {
         news = true;
     }
     // Ways that leave different numbers of operands: what is above the fewest is never used again.
-    if (operands.size() < known.operands.size()) {
-        known.operands.resize(operands.size());
+    if (operands.size() < known.depth) {
+        known.depth = operands.size();
+        known.operands.resize(std::min(known.operands.size(), known.depth));
         news = true;
     }
     for (std::size_t i = 0; i < known.operands.size(); ++i) {

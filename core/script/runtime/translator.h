@@ -43,16 +43,18 @@ struct Operand {
     Fact fact;
 };
 
-// What is known where a region begins.
+// What is known where a region begins. Of facts, nothing when they are not followed.
 struct EntryState {
-    std::vector<Fact> locals;  // empty when locals are not followed
+    std::size_t depth = 0;  // operands that stand there
+    std::vector<Fact> locals;
     std::vector<Fact> operands;
 };
 
 class Translator {
 public:
-    Translator(const Program& program, const PreparedProgram& prepared, std::int32_t function, bool exact,
-               PreparedCode& out);
+    // Makes the fast form beside `model`, the exact one; the exact form when that is null.
+    Translator(const Program& program, const PreparedProgram& prepared, std::int32_t function,
+               const PreparedCode* model, PreparedCode& out);
 
     // False for code that may not run.
     [[nodiscard]] bool Run();
@@ -82,9 +84,12 @@ private:
     // translator.cpp: the walk.
     bool Settle();
     void Restart(bool follow);
+    void Stand(const EntryState& state);
     void EmitAll();
     void Forget();
+    void NoteEntries();
     void Region(std::uint32_t start);
+    void TrimOperands();
     void FallInto(std::uint32_t target);
     void Edge(std::uint32_t target);
     bool Join(EntryState& known);
@@ -159,13 +164,15 @@ private:
     const std::vector<Value>& texts;
     const std::vector<std::int32_t>& recordTypes;
     const Function& source;
+    const PreparedCode* model;
     const bool exact;
     PreparedCode& out;
 
     bool good = true;
     bool changed = false;
     bool emitting = false;
-    bool following = true;              // whether facts about locals are kept
+    bool following = true;              // whether facts are kept at entries
+    std::uint64_t effort = 0;           // facts that were kept or joined so far
     std::vector<std::int32_t> entryOf;  // state of each instruction that is an entry; -1
     std::vector<EntryState> states;
     std::vector<std::int32_t> placeOf;  // operation of each entry; -1
@@ -187,6 +194,7 @@ private:
     Origin resume;                // where exact code goes on if that look fails
     std::vector<Fact> locals;
     std::vector<Operand> operands;
+    std::size_t placed = 0;  // so many operands from the bottom are known to stand in their slots
     Operand conditionLeft;
     Operand conditionRight;
     std::uint8_t comparison = 0;  // of the Condition: 0 "==", 1 "!=", 2 "<", 3 "<=", 4 ">", 5 ">="

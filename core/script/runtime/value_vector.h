@@ -41,7 +41,10 @@ public:
         if (count == room) Move(std::max<std::size_t>(4, room * 2));
         first[count++] = kept;
     }
-    void pop_back() { --count; }
+    void pop_back() {
+        --count;
+        GiveBack();
+    }
     void insert(Value* position, const Value& value) {
         const std::ptrdiff_t index = position - first;
         push_back(value);
@@ -50,6 +53,7 @@ public:
     void erase(Value* position) {
         std::copy(position + 1, first + count, position);
         --count;
+        GiveBack();
     }
     void reserve(std::size_t wanted) {
         if (wanted > room) Move(wanted);
@@ -76,6 +80,10 @@ public:
 private:
     void Free() {
         if (first != nullptr) std::allocator<Value>().deallocate(first, room);
+    }
+    // Room that stands empty is counted nowhere, so a script must not be able to pile it up.
+    void GiveBack() {
+        if (room > 8 && count < room / 4) Move(room / 2);
     }
     void Move(std::size_t wanted) {
         Value* fresh = std::allocator<Value>().allocate(wanted);

@@ -11,6 +11,13 @@
 
 namespace tavrel::core::script {
 
+namespace {
+
+// How deep records may stand in records; the language allows less.
+constexpr int MaxRecordDepth = 128;
+
+}  // namespace
+
 Vm::Vm(const Program& givenProgram) : program(&givenProgram) {
     texts.reserve(program->texts.size());
     for (const std::string& text : program->texts) {
@@ -22,12 +29,8 @@ Vm::Vm(const Program& givenProgram) : program(&givenProgram) {
     prepared = std::make_unique<PreparedProgram>(*program, texts);
 }
 
-Vm::~Vm() {
-    ClearStackTo(0);
-    for (const Value& value : globals) heap.Drop(value);
-    for (const Value& value : texts) heap.Drop(value);
-    heap.Clear();
-}
+// Nothing is dropped one by one: all references end with the heap, and dropping may need memory when there is none.
+Vm::~Vm() = default;
 
 void Vm::SeedRandom(std::uint64_t seed, std::uint64_t salt) {
     const RandomWords words = SeedWords(seed, salt);
@@ -55,8 +58,8 @@ bool Vm::RunHook(HookKind hook, const Value* args, int count) {
 }
 
 bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value& result) {
-    if (function < 0 || static_cast<std::size_t>(function) >= program->functions.size()) {
-        Fail("funcao desconhecida");
+    if (!HasFunction(function)) {
+        Fail(UnknownFunctionFault);
         return false;
     }
     faulted = false;
@@ -71,6 +74,10 @@ bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value&
     }
     const std::size_t remembered = stack.Size();
     const std::vector<Value> given(args, args + std::max(count, 0));  // they may stand on the stack, which moves
+    if (!std::all_of(given.begin(), given.end(), [this](const Value& value) { return heap.Holds(value); })) {
+        Fail("um dos valores dados a funcao nao existe nesta execucao");
+        return false;
+    }
     for (const Value& value : given) {
         heap.Retain(value);
         stack.Push(value);
@@ -81,6 +88,10 @@ bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value&
 }
 
 Value Vm::DefaultValue(std::int32_t type) {
+    return DefaultAt(type, 0);
+}
+
+Value Vm::DefaultAt(std::int32_t type, int depth) {
     const TypeInfo& info = program->types.At(type);
     Value value;
     switch (info.kind) {
@@ -111,7 +122,7 @@ Value Vm::DefaultValue(std::int32_t type) {
             if (Starves(Heap::ObjectCost)) return value;
             return MakeObject(Kind::Dict, static_cast<std::uint32_t>(heap.NewDict()));
         case Kind::Record:
-            FillRecord(info.index, value);
+            FillRecord(info.index, value, depth);
             return value;
         default:
             return value;
@@ -125,14 +136,16 @@ bool Vm::Starves(std::uint64_t more) {
     return true;
 }
 
-// Leaves `out` at Nothing for a record that the program lacks. At the memory limit fields stay Nothing.
-void Vm::FillRecord(std::int32_t record, Value& out) {
+// Leaves `out` at Nothing for a record that the program lacks. At the memory limit fields stay Nothing. In a program
+// that no compiler made a record may hold itself: its default passes any limit.
+void Vm::FillRecord(std::int32_t record, Value& out, int depth) {
     if (record < 0 || static_cast<std::size_t>(record) >= program->records.size()) return;
     const std::vector<std::int32_t>& types = program->records[static_cast<std::size_t>(record)].fieldTypes;
-    if (Starves(Heap::ObjectCost + Heap::ItemCost * types.size())) return;
+    if (depth > MaxRecordDepth) starved = true;
+    if (starved || Starves(Heap::ObjectCost + Heap::ItemCost * types.size())) return;
     const auto object = static_cast<std::uint32_t>(heap.NewRecord(record, types.size()));
-    for (std::size_t i = 0; i < types.size(); ++i) {
-        const Value value = DefaultValue(types[i]);
+    for (std::size_t i = 0; i < types.size() && !starved; ++i) {
+        const Value value = DefaultAt(types[i], depth + 1);
         heap.objects[object].items[i] = value;
     }
     out = MakeObject(Kind::Record, object);
@@ -143,7 +156,7 @@ bool Vm::NewRecordValue(std::int32_t record, Value& out) {
         Fail("registro desconhecido");
         return false;
     }
-    FillRecord(record, out);
+    FillRecord(record, out, 0);
     if (!starved) return true;
     starved = false;
     heap.Drop(out);
@@ -208,6 +221,7 @@ void Vm::FaultAt(std::int32_t function, std::uint64_t pc, std::string message) {
     if (faulted) return;
     faulted = true;
     faultMessage = std::move(message);
+    if (!HasFunction(function)) return;
     const Function& where = program->functions[static_cast<std::size_t>(function)];
     faultFunction = where.name;
     faultFile = where.file;

@@ -112,8 +112,12 @@ private:
     friend struct VmTesting;  // tests look at both forms of the code
 
     void FailMemory();
+    [[nodiscard]] bool HasFunction(std::int32_t function) const {
+        return function >= 0 && static_cast<std::size_t>(function) < program->functions.size();
+    }
     [[nodiscard]] bool Starves(std::uint64_t more);
-    void FillRecord(std::int32_t record, Value& out);
+    [[nodiscard]] Value DefaultAt(std::int32_t type, int depth);
+    void FillRecord(std::int32_t record, Value& out, int depth);
 
     bool starved = false;                       // a default value was left out at the memory limit
     std::unique_ptr<PreparedProgram> prepared;  // a private form of the functions, made when each first runs

@@ -11,8 +11,8 @@ constexpr std::uint32_t StateFormat = 1;
 constexpr int MaxDepth = 64;
 // A structure of shared lists can hold more values than any memory; this many beyond those of the heap are written. So
 // that shared texts and names without end meet the limit as well, each such number of their bytes counts as a value.
-constexpr std::uint64_t SharedValues = std::uint64_t{1} << 23U;
-constexpr std::uint64_t TextBytes = 64;
+constexpr std::uint64_t SharedValues = std::uint64_t{1} << 25U;
+constexpr std::uint64_t TextBytes = 32;
 constexpr std::uint64_t PathBytes = 256;
 
 constexpr std::array<const char*, 3> PlaneNames{".x", ".z", ""};

@@ -1,0 +1,405 @@
+#include "core/script/runtime/vm.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/script/runtime/prepared.h"
+#include "core/script/runtime/value_text.h"
+#include "tests/core/script/compiler/compile_support.h"
+
+namespace tavrel::core::script {
+
+struct VmTesting {
+    // Any budget counts as nearly spent: every function runs in exact code.
+    static void RunExactly(Vm& vm) { vm.prepared->margin = std::int64_t{1} << 60U; }
+};
+
+namespace {
+
+constexpr const char* BudgetFault = "o tick gastou o orcamento de instrucoes; ha um laco que nao termina";
+
+Value NewText(Vm& vm, const char* text) {
+    return MakeObject(Kind::Text, static_cast<std::uint32_t>(vm.heap.NewText(text)));
+}
+
+// Answers as the test says, and notes what it was asked.
+class RecordingHost : public Host {
+public:
+    bool Call(HostCall& call) override {
+        const Vm::Frame& frame = call.vm->frames.back();
+        asked += call.vm->program->functions[static_cast<std::size_t>(frame.function)].name + " ";
+        asked += std::to_string(frame.pc) + "/" + std::to_string(call.vm->used);
+        for (std::uint32_t i = 0; i < call.count; ++i) asked += " " + ValueToText(call.vm->heap, call.args[i]);
+        asked += ";";
+        return answer(call);
+    }
+    std::string asked;
+    std::function<bool(HostCall&)> answer = [](HostCall&) { return true; };
+};
+
+// A machine over a compiled script, and all that a run leaves to be seen.
+struct Machine {
+    explicit Machine(const Compiled& compiled) : vm(compiled.program) {
+        EXPECT_EQ(compiled.reports, "");
+        vm.print = [this](const std::string& text) { printed += text + ";"; };
+    }
+    bool Tick() {
+        const Value step = MakeReal(0.5F);
+        return vm.RunHook(HookKind::Tick, &step, 1);
+    }
+    [[nodiscard]] std::int32_t Function(const std::string& name) const {
+        std::int32_t index = 0;
+        while (vm.program->functions[static_cast<std::size_t>(index)].name != name) ++index;
+        return index;
+    }
+    [[nodiscard]] std::string Seen() const {
+        std::string seen = printed + vm.DescribeFault() + vm.faultFunction + std::to_string(vm.faultOffset);
+        for (std::uint64_t count : {vm.used, vm.heap.taken, vm.heap.live, vm.heap.bytes, vm.randomState}) {
+            seen += " " + std::to_string(count);
+        }
+        for (const Value& global : vm.globals) seen += " " + ValueToText(vm.heap, global);
+        return seen;
+    }
+
+    std::string printed;
+    Vm vm;
+};
+
+constexpr const char* Rich = R"(modulo M
+registro Ponto
+    v: vetor3
+    t: texto = "p"
+fim
+estado
+    g: texto = "g"
+    soma: inteiro
+    l: lista de inteiro = [4, 1, 3]
+    d: dicionario de texto para vetor2 = ["a": vetor2(1, 2)]
+    p: Ponto
+fim
+funcao cresce(t: texto): texto
+    g = g + "."
+    t = t + g
+    retorne t
+fim
+funcao fundo(n: inteiro): inteiro
+    se n <= 0
+        retorne 0
+    fim
+    retorne 1 + fundo(n - 1) + n % 3
+fim
+a cada tick (passo: real)
+    s: texto = "x"
+    s = s + (s + "y")
+    s = g + cresce(s + "z") + g
+    u: texto = s
+    s = s + u
+    para i de 0 ate 5
+        para j de 3 ate 0 passo -1
+            se i == j ou i > 3 e nao (j == 2)
+                continue
+            fim
+            soma = soma + i * j - fundo(i) / 2
+        fim
+        se soma > 100
+            pare
+        fim
+    fim
+    para cada x em l
+        a: real = real(x) * passo - p.v.x * 0.5
+        p.v.x = a + p.v.y * passo
+        d["a"].z = p.v.x / 4.0
+        se x == 1 e (a < 1.0 ou a >= 2.0)
+            l[x] = x + soma % 7
+        fim
+    fim
+    k: inteiro = 40
+    enquanto verdadeiro
+        k = k - 7
+        se k < 10
+            pare
+        fim
+    fim
+    escolha s
+        caso "x", g
+            escreva("nao")
+        senao
+            escreva(formatar("{} {} {}", s, k, copiar(p)))
+    fim
+fim
+)";
+
+TEST(VmForms, AgreeUnderEveryBudget) {
+    const Compiled rich = CompileScript(Rich);
+    Machine whole(rich);
+    ASSERT_TRUE(whole.vm.Start() && whole.Tick());
+    const std::uint64_t needed = whole.vm.used;
+    EXPECT_EQ(whole.printed, "gxxyzg.g.gxxyzg.g. 5 {vetor3(1.75, 0, 0), p};");
+    for (std::uint64_t budget = 30; budget <= needed + 1; ++budget) {
+        Machine fast(rich);
+        Machine exact(rich);
+        VmTesting::RunExactly(exact.vm);
+        fast.vm.budget = exact.vm.budget = budget;
+        for (Machine* machine : {&fast, &exact}) {
+            ASSERT_TRUE(machine->vm.Start());
+            ASSERT_EQ(machine->Tick(), budget >= needed);
+            ASSERT_EQ(machine->vm.used, budget >= needed ? needed : budget + 1);
+            ASSERT_EQ(machine->vm.faultMessage, budget >= needed ? "" : BudgetFault);
+            ASSERT_EQ(machine->vm.stack.Size() + machine->vm.frames.size(), 0U);
+        }
+        ASSERT_EQ(fast.Seen(), exact.Seen()) << budget;
+    }
+}
+
+// What was executed counts the instruction that failed.
+TEST(VmForms, FailAtTheSameInstruction) {
+    struct Fault {
+        std::string line;
+        std::string message;
+        std::uint64_t used;
+    };
+    const Fault faults[] = {
+        {"a: inteiro = n / zero", "divisao por zero", 3},
+        {"a: inteiro = n % zero", "resto de divisao por zero", 3},
+        {"a: inteiro = menor_de_todos / -1", "a conta passou do que cabe num inteiro", 4},
+        {"a: inteiro = -menor_de_todos", "a conta passou do que cabe num inteiro", 2},
+        {"a: real = 1.0 / -0.0", "divisao por zero", 4},
+        {"a: inteiro = n + [1, 2, 3][3]", "a lista tem 3 itens e o indice pedido foi 3", 7},
+        {"l[0] = [7][-1]", "a lista tem 1 item e o indice pedido foi -1", 7},
+        {"d[\"k\"] = d[\"k\"]", "o dicionario nao tem a chave k", 5},
+        {"enquanto verdadeiro\n fim", BudgetFault, 2'000'001},
+        {"para i de 1 ate 3 passo zero\n fim", "o passo de um laco \"para\" nao pode ser zero", 11},
+        {"para cada x em l\n l.adicionar(x)\n fim", "a lista mudou enquanto \"para cada\" a percorria", 26},
+    };
+    for (const Fault& fault : faults) {
+        const Compiled script = CompileScript("modulo M\na cada tick (passo: real)\n" + fault.line +
+                                              "\nfim\nestado\n n: inteiro = 5\n zero: inteiro\n"
+                                              " menor_de_todos: inteiro = -9223372036854775807 - 1\n"
+                                              " l: lista de inteiro = [1, 2]\n"
+                                              " d: dicionario de texto para inteiro\nfim\n");
+        for (bool exactly : {false, true}) {
+            Machine machine(script);
+            if (exactly) VmTesting::RunExactly(machine.vm);
+            EXPECT_TRUE(machine.vm.Start());
+            const std::uint64_t live = machine.vm.heap.live;
+            EXPECT_FALSE(machine.Tick());
+            EXPECT_EQ(machine.vm.DescribeFault(), "m.tvl:3: erro: " + fault.message);
+            EXPECT_EQ(machine.vm.faultFunction, "a cada tick");
+            EXPECT_EQ(machine.vm.used, fault.used) << fault.line;
+            EXPECT_EQ(machine.vm.heap.live, live) << fault.line;
+        }
+    }
+}
+
+TEST(VmRuns, GoOnBehindAFault) {
+    const Compiled script = CompileScript(
+        "modulo M\nestado\n g: texto\n n: inteiro\nfim\n"
+        "a cada tick (passo: real)\n n = n + 1\n g = g + \"x\"\n s: texto = g + g\n"
+        " se n == 1 e 1 / (n - 1) == 0\n  n = 9\n fim\nfim\n");
+    Machine machine(script);
+    EXPECT_EQ(machine.vm.DescribeFault(), "");
+    EXPECT_TRUE(machine.vm.Start());
+    EXPECT_FALSE(machine.Tick());
+    EXPECT_EQ(machine.vm.DescribeFault(), "m.tvl:10: erro: divisao por zero");
+    machine.vm.used = 77;
+    EXPECT_TRUE(machine.vm.Start());
+    EXPECT_TRUE(machine.vm.RunHook(HookKind::Draw, nullptr, 0));  // the script has none
+    EXPECT_EQ(machine.vm.used, 77U);
+    EXPECT_TRUE(machine.vm.faulted);
+    EXPECT_TRUE(machine.Tick());
+    EXPECT_EQ(machine.vm.DescribeFault() + machine.vm.faultFunction, "");
+    EXPECT_EQ(ValueToText(machine.vm.heap, machine.vm.globals[0]), "xx");
+    Value result;
+    EXPECT_FALSE(machine.vm.RunFunction(99, nullptr, 0, result));
+    EXPECT_FALSE(machine.vm.RunFunction(-1, nullptr, 0, result));
+    EXPECT_EQ(machine.vm.faultMessage, "funcao desconhecida");
+}
+
+TEST(VmRuns, HoldSixtyFourFrames) {
+    const Compiled script = CompileScript(
+        "modulo M\nfuncao f(n: inteiro): inteiro\n se n <= 1\n  retorne 1\n fim\n"
+        " retorne 1 + f(n - 1)\nfim\n");
+    Machine machine(script);
+    Value result;
+    Value depth = MakeInt(64);
+    EXPECT_TRUE(machine.vm.RunFunction(0, &depth, 1, result));
+    EXPECT_EQ(result.Int(), 64);
+    depth = MakeInt(65);
+    EXPECT_FALSE(machine.vm.RunFunction(0, &depth, 1, result));
+    EXPECT_EQ(machine.vm.DescribeFault(),
+              "m.tvl:6: erro: chamadas demais encaixadas (64); ha uma funcao que chama a si mesma sem parar");
+}
+
+class VmHost : public testing::Test {
+protected:
+    const Compiled script = CompileScript(R"(modulo M
+estado
+    g: texto
+fim
+funcao soma(x: real, z: real): real
+    retorne x + z
+fim
+funcao cai(x: real, z: real): real
+    retorne soma(x, z) + real(1 / inteiro(z - 2.0))
+fim
+a cada tick (passo: real)
+    para i de 1 ate 3
+        fisica.reiniciar()
+    fim
+    g = "a" + mapa.nome
+    g = g + texto(soma(1.0, mapa.altura(1.0, cai(passo, 3.0))))
+fim
+)");
+    Machine machine{script};
+    RecordingHost host;
+};
+
+TEST_F(VmHost, SeesItsCallsAndAnswers) {
+    machine.vm.host = &host;
+    host.answer = [](HostCall& call) {
+        if (call.function == 1) call.result = NewText(*call.vm, "M");
+        if (call.function == 6) call.result = MakeReal(0.25F);
+        return true;
+    };
+    ASSERT_TRUE(machine.vm.Start() && machine.Tick()) << machine.vm.DescribeFault();
+    EXPECT_EQ(host.asked,
+              "a cada tick 24/20;a cada tick 24/35;a cada tick 24/50;a cada tick 31/66;a cada tick 40/91 1 4.5;");
+    EXPECT_EQ(ValueToText(machine.vm.heap, machine.vm.globals[0]), "aM1.25");
+    const std::uint64_t live = machine.vm.heap.live;
+    EXPECT_TRUE(machine.Tick());
+    EXPECT_EQ(machine.vm.heap.live, live);
+}
+
+TEST_F(VmHost, FailsCallsWithItsFaultOrAGeneralOne) {
+    EXPECT_TRUE(machine.vm.Start());
+    const std::uint64_t live = machine.vm.heap.live;
+    EXPECT_FALSE(machine.Tick());
+    EXPECT_EQ(machine.vm.DescribeFault(),
+              "m.tvl:13: erro: esta funcao precisa do mundo, e nao ha mundo nesta execucao (\"tavrel_script executar\" "
+              "roda o script sem mapa)");
+    machine.vm.host = &host;
+    for (const char* message : {"", "sem mapa"}) {
+        host.answer = [message](HostCall& call) {
+            if (call.function != 1) return true;
+            call.result = NewText(*call.vm, "M");
+            if (*message != '\0') call.vm->Fail(message);
+            return false;
+        };
+        EXPECT_FALSE(machine.Tick());
+        const std::string expected = *message != '\0' ? message : "a funcao do mundo falhou";
+        EXPECT_EQ(machine.vm.DescribeFault(), "m.tvl:15: erro: " + expected);
+        EXPECT_EQ(machine.vm.heap.live, live);
+        EXPECT_EQ(machine.vm.stack.Size() + machine.vm.frames.size(), 0U);
+    }
+}
+
+// A world may run functions of the script while it answers, with arguments that stand on the machine's own stack.
+TEST_F(VmHost, MayRunFunctionsMeanwhile) {
+    machine.vm.host = &host;
+    std::string runs;
+    host.answer = [this, &runs](HostCall& call) {
+        if (call.function == 1) call.result = NewText(*call.vm, "M");
+        if (call.function != 6) return true;
+        Value lost;
+        const Value bad[] = {MakeReal(0.0F), MakeReal(2.0F)};
+        EXPECT_FALSE(call.vm->RunFunction(machine.Function("cai"), bad, 2, lost));
+        runs += call.vm->DescribeFault() + " ";
+        EXPECT_TRUE(call.vm->RunFunction(machine.Function("soma"), call.args, 2, call.result));
+        runs += std::to_string(call.vm->used);
+        return true;
+    };
+    ASSERT_TRUE(machine.vm.Start() && machine.Tick()) << machine.vm.DescribeFault();
+    EXPECT_EQ(runs, "m.tvl:9: erro: divisao por zero 4");
+    EXPECT_EQ(machine.vm.used, 100U);
+    EXPECT_EQ(ValueToText(machine.vm.heap, machine.vm.globals[0]), "aM6.5");
+    EXPECT_EQ(machine.vm.frames.size(), 0U);
+}
+
+TEST(VmValues, HaveDefaultsByType) {
+    const Compiled script = CompileScript(R"(modulo M
+enumeracao E = A, B
+registro P
+    v: vetor3
+    d: dicionario de texto para E
+    q: Q
+fim
+registro Q
+    l: lista de P
+    n: inteiro = 7
+fim
+estado
+    a: P
+    b: cor
+    c: E
+    d: vetor2
+    f: logico
+    g: objeto
+    h: som
+    i: real
+fim
+)");
+    Machine machine(script);
+    Vm& vm = machine.vm;
+    std::string defaults;
+    for (const Value& global : vm.globals) defaults += ValueToText(vm.heap, global) + " ";
+    EXPECT_EQ(
+        defaults,
+        "{vetor3(0, 0, 0), [], {[], 0}} cor(255, 255, 255, 255) 8589934592 vetor2(0, 0) falso objeto(0) som(0) 0 ");
+    const std::uint32_t place = vm.globals[2].EnumIndex();
+    EXPECT_EQ(vm.EnumText(vm.globals[2]) + vm.EnumText(MakeEnum(place, 2)) + vm.EnumText(MakeEnum(99, 3)), "A23");
+
+    const Value list = vm.NewList(vm.globals.data() + 1, 2);
+    const Value fields[] = {list, list, list, list};
+    const std::int32_t record = vm.heap.At(vm.globals[0]).record;
+    EXPECT_EQ(ValueToText(vm.heap, vm.NewRecord(record, fields, 2)),
+              "{[cor(255, 255, 255, 255), 8589934592], [cor(255, 255, 255, 255), 8589934592], {[], 0}}");
+    EXPECT_EQ(vm.heap.At(list).refs, 3);
+    EXPECT_EQ(vm.NewRecord(record, fields, 4).kind, Kind::Record);
+    EXPECT_EQ(vm.heap.At(list).refs, 6);
+    EXPECT_EQ(vm.NewRecord(record, fields, -1).kind, Kind::Record);
+    EXPECT_EQ(vm.NewRecord(99, fields, 1).kind, Kind::Nothing);
+    EXPECT_EQ(vm.DescribeFault(), "m.tvl:1: erro: registro desconhecido");
+    vm.Fail("outra");
+    vm.faultFile = 1;
+    EXPECT_EQ(vm.DescribeFault(), "script:1: erro: registro desconhecido");
+}
+
+// Programs that no compiler made run or fail, and never reach outside.
+TEST(VmPrograms, MayBeMadeByHand) {
+    const auto code = [](Op op, std::uint32_t c) { return Instruction{static_cast<std::uint8_t>(op), 0, 0, c}; };
+    const auto run = [&code](std::vector<Instruction> instructions, std::uint64_t budget) {
+        Program program;
+        program.integers = {1};
+        instructions.push_back(code(Op::Return, 0));
+        const std::vector<std::uint32_t> spans(instructions.size());
+        program.functions.push_back({"f", 0, 1, 1, std::move(instructions), spans, 0});
+        Vm vm(program);
+        vm.budget = budget;
+        Value result;
+        const bool good = vm.RunFunction(0, nullptr, 0, result);
+        return std::to_string(vm.used) + (good ? "" : vm.DescribeFault());
+    };
+    const Instruction unknown{60, 0, 0, 0};
+    EXPECT_EQ(run({unknown, unknown}, 99), "3");
+    const std::vector<std::vector<Instruction>> reaching = {
+        {code(Op::StoreLocal, 0)},
+        {code(Op::LoadLocal, 1)},
+        {code(Op::PushInt, 1)},
+        {code(Op::Jump, 2)},
+        {code(Op::Call, 1)},
+        {code(Op::PushBool, 0), code(Op::LoadGlobal, 0)},
+        // Nothing ever gets to what takes an operand where none stands.
+        {code(Op::PushBool, 0), code(Op::JumpIfFalse, 3), code(Op::Pop, 0), code(Op::Jump, 0)},
+    };
+    for (const std::vector<Instruction>& instructions : reaching) {
+        EXPECT_EQ(run(instructions, 99), "0script:1: erro: o codigo deste programa nao e valido");
+        EXPECT_EQ(run(instructions, 0), "0script:1: erro: o codigo deste programa nao e valido");
+    }
+}
+
+}  // namespace
+}  // namespace tavrel::core::script
