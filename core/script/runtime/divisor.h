@@ -18,8 +18,8 @@ struct Divisor {
 // The constants for a number other than 0, 1, -1 and the least integer.
 [[nodiscard]] inline Divisor MakeDivisor(std::int64_t number) {
     __extension__ using Wide = unsigned __int128;
-    const std::uint64_t size = number < 0 ? std::uint64_t{0} - static_cast<std::uint64_t>(number)
-                                          : static_cast<std::uint64_t>(number);
+    const std::uint64_t size =
+        number < 0 ? std::uint64_t{0} - static_cast<std::uint64_t>(number) : static_cast<std::uint64_t>(number);
     Divisor divisor{number, 0, 0};
     while ((std::uint64_t{1} << static_cast<unsigned>(divisor.shift + 1)) < size) ++divisor.shift;
     const Wide power = Wide{1} << static_cast<unsigned>(64 + divisor.shift);
@@ -38,8 +38,12 @@ struct Divisor {
 #else
 
 // Without a product of 128 bits the processor's own division serves.
-[[nodiscard]] inline Divisor MakeDivisor(std::int64_t number) { return {number, 0, 0}; }
-[[nodiscard]] inline std::int64_t Quotient(std::int64_t a, const Divisor& divisor) { return a / divisor.number; }
+[[nodiscard]] inline Divisor MakeDivisor(std::int64_t number) {
+    return {number, 0, 0};
+}
+[[nodiscard]] inline std::int64_t Quotient(std::int64_t a, const Divisor& divisor) {
+    return a / divisor.number;
+}
 
 #endif
 

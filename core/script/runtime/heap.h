@@ -35,8 +35,8 @@ struct HeapObject {
     std::int32_t record = -1;   // into Program::records; -1 for what is no record
     std::uint32_t version = 0;  // counts the changes of a list or dictionary that a "para cada" may not see
     std::string text;           // the bytes of a Text, which never change
-    ValueVector items;    // of a list; the fields of a record; the values of a dictionary
-    ValueVector keys;     // of a dictionary, strictly ascending once settled (dictionary.h)
+    ValueVector items;          // of a list; the fields of a record; the values of a dictionary
+    ValueVector keys;           // of a dictionary, strictly ascending once settled (dictionary.h)
 
     std::unique_ptr<DictIndex> index;  // of a dictionary that is searched by hash (dictionary.h); else null
 };

@@ -66,14 +66,10 @@ bool Interpreter::Compare(const Value& a, const Value& b, unsigned comparison) c
     if (comparison < 2) return SameValue(vm.heap, a, b) == (comparison == 0);
     const std::int32_t order = CompareValues(vm.heap, a, b);
     switch (comparison) {
-        case 2:
-            return order < 0;
-        case 3:
-            return order <= 0;
-        case 4:
-            return order > 0;
-        default:
-            return order >= 0;
+        case 2: return order < 0;
+        case 3: return order <= 0;
+        case 4: return order > 0;
+        default: return order >= 0;
     }
 }
 
@@ -201,8 +197,9 @@ bool Interpreter::CallHost(std::uint64_t first, std::uint32_t count, std::uint32
     vm.stack.SetSize(first + count);
     if (vm.host == nullptr) {
         vm.ClearStackTo(first);
-        vm.Fail("esta funcao precisa do mundo, e nao ha mundo nesta execucao (\"tavrel_script executar\" roda o script "
-                "sem mapa)");
+        vm.Fail(
+            "esta funcao precisa do mundo, e nao ha mundo nesta execucao (\"tavrel_script executar\" roda o script "
+            "sem mapa)");
         return false;
     }
     SettleAll(vm.heap);

@@ -24,10 +24,10 @@ using NativeFunction = bool (*)(Vm& vm, Value* args, std::size_t count, Value& r
 // What a call of a native looks like from outside.
 struct NativeShape {
     NativeFunction function = nullptr;
-    int arguments = 0;           // for Format, the least count
-    bool variadic = false;       // Format only
-    Kind kinds[2] = {};          // kind of the first and second argument where it must be on the heap; else Unknown
-    Kind result = Kind::Unknown; // what it pushes: Nothing for a procedure, Unknown where the arguments decide
+    int arguments = 0;            // for Format, the least count
+    bool variadic = false;        // Format only
+    Kind kinds[2] = {};           // kind of the first and second argument where it must be on the heap; else Unknown
+    Kind result = Kind::Unknown;  // what it pushes: Nothing for a procedure, Unknown where the arguments decide
 };
 
 // The shape of a native; a null function for a number that is none.

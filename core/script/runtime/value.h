@@ -40,19 +40,27 @@ struct Value {
     return value;
 }
 
-[[nodiscard]] inline Value MakeInt(std::int64_t integer) { return MakeWord(Kind::Int, integer); }
+[[nodiscard]] inline Value MakeInt(std::int64_t integer) {
+    return MakeWord(Kind::Int, integer);
+}
 
 [[nodiscard]] inline Value MakeReal(float real) {
     return MakeWord(Kind::Real, static_cast<std::int64_t>(std::bit_cast<std::uint32_t>(real)));
 }
 
-[[nodiscard]] inline Value MakeBool(bool truth) { return MakeWord(Kind::Bool, truth ? 1 : 0); }
+[[nodiscard]] inline Value MakeBool(bool truth) {
+    return MakeWord(Kind::Bool, truth ? 1 : 0);
+}
 
 // Kind is Object, Body or Sound.
-[[nodiscard]] inline Value MakeHandle(Kind kind, std::uint32_t handle) { return MakeWord(kind, handle); }
+[[nodiscard]] inline Value MakeHandle(Kind kind, std::uint32_t handle) {
+    return MakeWord(kind, handle);
+}
 
 // Kind is Text, List, Dict or Record; takes over the reference.
-[[nodiscard]] inline Value MakeObject(Kind kind, std::uint32_t index) { return MakeWord(kind, index); }
+[[nodiscard]] inline Value MakeObject(Kind kind, std::uint32_t index) {
+    return MakeWord(kind, index);
+}
 
 [[nodiscard]] inline Value MakeEnum(std::uint32_t index, std::uint32_t member) {
     return MakeWord(Kind::Enum, static_cast<std::int64_t>(static_cast<std::uint64_t>(index) << 32U | member));

@@ -95,23 +95,16 @@ Value Vm::DefaultAt(std::int32_t type, int depth) {
     const TypeInfo& info = program->types.At(type);
     Value value;
     switch (info.kind) {
-        case Kind::Int:
-            return MakeInt(0);
-        case Kind::Real:
-            return MakeReal(0.0F);
-        case Kind::Bool:
-            return MakeBool(false);
+        case Kind::Int: return MakeInt(0);
+        case Kind::Real: return MakeReal(0.0F);
+        case Kind::Bool: return MakeBool(false);
         case Kind::Vec2:
-        case Kind::Vec3:
-            return MakeVector(info.kind, 0.0F, 0.0F);
-        case Kind::Color:
-            return MakeVector(Kind::Color, 255.0F, 255.0F, 255.0F, 255.0F);
+        case Kind::Vec3: return MakeVector(info.kind, 0.0F, 0.0F);
+        case Kind::Color: return MakeVector(Kind::Color, 255.0F, 255.0F, 255.0F, 255.0F);
         case Kind::Object:
         case Kind::Body:
-        case Kind::Sound:
-            return MakeHandle(info.kind, 0);
-        case Kind::Enum:
-            return MakeEnum(static_cast<std::uint32_t>(info.index), 0);
+        case Kind::Sound: return MakeHandle(info.kind, 0);
+        case Kind::Enum: return MakeEnum(static_cast<std::uint32_t>(info.index), 0);
         case Kind::Text:
             if (Starves(Heap::ObjectCost)) return value;
             return MakeObject(Kind::Text, static_cast<std::uint32_t>(heap.NewText({})));
@@ -121,11 +114,8 @@ Value Vm::DefaultAt(std::int32_t type, int depth) {
         case Kind::Dict:
             if (Starves(Heap::ObjectCost)) return value;
             return MakeObject(Kind::Dict, static_cast<std::uint32_t>(heap.NewDict()));
-        case Kind::Record:
-            FillRecord(info.index, value, depth);
-            return value;
-        default:
-            return value;
+        case Kind::Record: FillRecord(info.index, value, depth); return value;
+        default: return value;
     }
 }
 
@@ -228,7 +218,9 @@ void Vm::FaultAt(std::int32_t function, std::uint64_t pc, std::string message) {
     if (pc < where.spans.size()) faultOffset = where.spans[pc];
 }
 
-void Vm::FailMemory() { Fail(MemoryFault); }
+void Vm::FailMemory() {
+    Fail(MemoryFault);
+}
 
 std::string Vm::DescribeFault() const {
     if (!faulted) return {};

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <vector>
 
