@@ -211,6 +211,43 @@ const SizeRow SizeRows[] = {
 
 INSTANTIATE_TEST_SUITE_P(Rows, Size, testing::ValuesIn(SizeRows), NameOf<SizeRow>);
 
+// ---- what is laid out anew ----
+
+struct LayoutRow {
+    const char* name;
+    std::string text;
+    bool fits;
+};
+
+class Layout : public testing::TestWithParam<LayoutRow> {};
+
+TEST_P(Layout, IsRefusedOrStays) {
+    const TemporaryFolder folder;
+    WriteFile(folder.path / "m.tvl", GetParam().text);
+    const Finished finished = RunTool({"formatar", "m.tvl"}, folder.path, Limits);
+    if (!GetParam().fits) {
+        EXPECT_NE(finished.err.find(": erro: o texto arrumado ficaria grande demais\n"), std::string::npos);
+        EXPECT_EQ(finished.code, 1);
+        EXPECT_EQ(ReadFile(folder.path / "m.tvl"), GetParam().text);
+        return;
+    }
+    EXPECT_EQ(finished.code, 0) << finished.err;
+    EXPECT_EQ(RunTool({"formatar", "--conferir", "m.tvl"}, folder.path, Limits).code, 0);
+}
+
+const LayoutRow LayoutRows[] = {
+    {"Blocks", Repeat("se a\n", 200'000), false},
+    {"CommentsUnderBlocks", Repeat("se a\n", 3'000) + "f(" + Repeat("//\n", 200'000), false},
+    {"BlocksThatFit", Repeat("se a\n", 500) + Repeat("fim\n", 500), true},
+    {"Brackets", Repeat("(\n", Load(1'000'000)), true},
+    {"Comments", "(" + Repeat("//\n", Load(1'000'000)), true},
+    {"Signs", Repeat("- ", Load(1'000'000)), true},
+    {"EmptyLines", "a\n" + Repeat("\n", Load(5'000'000)) + "b", true},
+    {"Points", Repeat("1 . ", Load(500'000)), true},
+};
+
+INSTANTIATE_TEST_SUITE_P(Rows, Layout, testing::ValuesIn(LayoutRows), NameOf<LayoutRow>);
+
 // ---- files that are not what their names say ----
 
 constexpr const char* NoSuchImport = "  ele fica em scripts/, com a extensao .tvl\n";

@@ -1,14 +1,100 @@
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "core/durable_file.h"
+#include "core/script/source/diagnostics.h"
+#include "core/script/source/source_file.h"
+#include "core/script/syntax/formatter.h"
 #include "tools/arguments.h"
 #include "tools/commands.h"
 #include "tools/console.h"
+#include "tools/script_files.h"
 
 namespace tavrel::tools {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Counts {
+    std::int32_t failed = 0;
+    std::int32_t changed = 0;
+};
+
+std::string WithCarriageReturns(std::string_view text) {
+    std::string out;
+    out.reserve(text.size() + text.size() / 16);
+    for (std::size_t start = 0; start < text.size();) {
+        // What Format returns ends in a line feed.
+        const std::size_t lineFeed = text.find('\n', start);
+        out.append(text, start, lineFeed - start).append("\r\n");
+        start = lineFeed + 1;
+    }
+    return out;
+}
+
+// The layout of `text`, with the line ends that the file has. False after the reports.
+bool LayOut(const fs::path& path, const std::string& text, std::string& out) {
+    const core::script::SourceFile source(Shown(path), text);
+    core::script::Diagnostics diagnostics;
+    if (!core::script::Format(source, diagnostics, out)) {
+        PrintError(diagnostics.Describe());
+        PrintError(Shown(path) + ": nao formatei, porque o arquivo nao pode ser lido inteiro\n");
+        return false;
+    }
+    if (text.find("\r\n") != std::string::npos) out = WithCarriageReturns(out);
+    return true;
+}
+
+bool Write(const fs::path& path, const std::string& text) {
+    const core::WriteResult result = core::WriteFileDurably(path, text, core::FileEncoding::Bytes);
+    if (result.code != 0) {
+        PrintError("erro: nao consegui gravar " + Shown(path) + ": " + result.message + "\n");
+        return false;
+    }
+    Print(Shown(path) + ": arrumado\n");
+    return true;
+}
+
+// False when the file could not be read, laid out or written.
+bool FormatFile(const fs::path& path, bool check, std::int32_t& changed) {
+    std::string text;
+    if (!ReadText(path, text)) {
+        PrintError("erro: nao consegui ler " + Shown(path) + "\n");
+        return false;
+    }
+    std::string out;
+    if (!LayOut(path, text, out)) return false;
+    if (out == text) return true;
+    ++changed;
+    if (!check) return Write(path, out);
+    Print(Shown(path) + ": ha o que arrumar\n");
+    return true;
+}
+
+int Summarise(std::size_t files, const Counts& counts, bool check) {
+    if (counts.failed > 0) return FailedExit;
+    const std::string changed = std::to_string(counts.changed);
+    if (check && counts.changed > 0) {
+        PrintError(changed + " arquivo(s) fora do formato\n");
+        return FailedExit;
+    }
+    Print(std::to_string(files) + " arquivo(s) no formato" + (check ? "" : ", " + changed + " arrumado(s)") + "\n");
+    return GoodExit;
+}
+
+}  // namespace
 
 int FormatCommand(const std::vector<std::string>& args) {
     FileArguments arguments;
     if (!TakeFileArguments(args, true, arguments)) return RefusedExit;
-    PrintError("erro: \"formatar\" ainda nao existe nesta versao\n");
-    return FailedExit;
+    Counts counts;
+    for (const fs::path& path : arguments.paths) {
+        if (!FormatFile(path, arguments.check, counts.changed)) ++counts.failed;
+    }
+    return Summarise(arguments.paths.size(), counts, arguments.check);
 }
 
 }  // namespace tavrel::tools

@@ -1,0 +1,229 @@
+#include "core/script/syntax/formatter.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <utility>
+
+#include "core/script/source/fold.h"
+#include "core/script/syntax/lexer.h"
+#include "core/script/syntax/token.h"
+
+namespace tavrel::core::script {
+
+namespace {
+
+constexpr std::size_t BlanksPerLevel = 4;
+
+// What stands between two line ends that count: an expression may run over several lines of the source.
+struct Line {
+    std::span<const Token> tokens;  // never empty, and without the Newline
+    bool blankBefore = false;       // an empty line stood before it in the source
+};
+
+// A token on its way out and the two around it. `before` passes over comments, which do not change what a sign is.
+struct Place {
+    Tok before = Tok::End;  // End where the line begins
+    Tok current = Tok::End;
+    Tok next = Tok::End;
+};
+
+bool StandsOneLevelOut(Tok first) {
+    return first == Tok::Senao || first == Tok::Fim || first == Tok::Caso;
+}
+
+bool BeginsBlock(Tok first) {
+    switch (first) {
+        case Tok::Se:
+        case Tok::Senao:
+        case Tok::Enquanto:
+        case Tok::Para:
+        case Tok::Escolha:
+        case Tok::Caso:
+        case Tok::Funcao:
+        case Tok::Procedimento:
+        case Tok::Registro:
+        case Tok::Comportamento:
+        case Tok::Estado:
+        case Tok::Visual:
+        case Tok::Progresso: return true;
+        default: return false;
+    }
+}
+
+// An accent doubles a letter's bytes at most, so that the size tells most other names apart without a folded copy.
+bool IsHookWord(std::string_view word, std::string_view hookWord) {
+    return word.size() >= hookWord.size() && word.size() <= 2 * hookWord.size() && FoldLower(word) == hookWord;
+}
+
+bool BeginsHook(const Line& line) {
+    const std::span<const Token> tokens = line.tokens;
+    const std::string_view word = tokens[0].text;
+    if (tokens.size() == 1) return IsHookWord(word, "camera");
+    if (IsHookWord(word, "ao")) return true;
+    return tokens.size() >= 3 && IsHookWord(word, "a") && tokens[1].kind == Tok::Name &&
+           IsHookWord(tokens[1].text, "cada");
+}
+
+bool OpensHook(const Line& line) {
+    if (line.tokens[0].kind != Tok::Name || !BeginsHook(line)) return false;
+    return std::none_of(line.tokens.begin(), line.tokens.end(),
+                        [](const Token& token) { return token.kind == Tok::Assign; });
+}
+
+// A block written on one line ends there.
+bool OpensBlock(const Line& line) {
+    return BeginsBlock(line.tokens.front().kind) && (line.tokens.size() == 1 || line.tokens.back().kind != Tok::Fim);
+}
+
+bool IsNumber(Tok kind) {
+    return kind == Tok::IntegerLiteral || kind == Tok::RealLiteral;
+}
+
+// What a "+" or "-" behind it adds to or takes from.
+bool EndsOperand(Tok kind) {
+    switch (kind) {
+        case Tok::Name:
+        case Tok::IntegerLiteral:
+        case Tok::RealLiteral:
+        case Tok::TextLiteral:
+        case Tok::RightParen:
+        case Tok::RightBracket:
+        case Tok::Verdadeiro:
+        case Tok::Falso: return true;
+        default: return false;
+    }
+}
+
+bool IsSign(const Place& place) {
+    return (place.current == Tok::Plus || place.current == Tok::Minus) && !EndsOperand(place.before);
+}
+
+bool HugsWhatIsBefore(Tok kind) {
+    switch (kind) {
+        case Tok::RightParen:
+        case Tok::RightBracket:
+        case Tok::Comma:
+        case Tok::Colon:
+        case Tok::Dot: return true;
+        default: return false;
+    }
+}
+
+bool HugsWhatFollows(Tok kind) {
+    return kind == Tok::LeftParen || kind == Tok::LeftBracket || kind == Tok::Dot;
+}
+
+bool IsCalledOrIndexed(Tok kind) {
+    return kind == Tok::Name || kind == Tok::RightParen || kind == Tok::RightBracket || IsTypeWord(kind);
+}
+
+// Whether the tokens would become others side by side: an integer, a point and a number read as one real.
+bool WouldMerge(const Place& place) {
+    return place.before == Tok::IntegerLiteral && place.current == Tok::Dot && IsNumber(place.next);
+}
+
+bool WantsBlank(const Place& place, bool opensHook) {
+    if (place.next == Tok::Comment || WouldMerge(place)) return true;
+    const bool opensBracket = place.next == Tok::LeftParen || place.next == Tok::LeftBracket;
+    if (opensHook && place.next == Tok::LeftParen) return true;
+    if (HugsWhatFollows(place.current) || HugsWhatIsBefore(place.next)) return false;
+    if (IsSign(place)) return false;
+    return !(opensBracket && IsCalledOrIndexed(place.current));
+}
+
+// A few bytes per line may ask for an indentation as deep as there are lines before it, which grows with the square
+// of the source. No script that means anything comes near this, and none past it could be read again.
+std::size_t LargestLayout(std::size_t sourceSize) {
+    constexpr std::size_t AlwaysFine = 32U << 20U;
+    constexpr std::size_t MostGrowth = 16;
+    return std::min(MaxSourceSize, AlwaysFine + MostGrowth * sourceSize);
+}
+
+class Formatter {
+public:
+    Formatter(const SourceFile& file, const TokenList& list)
+        : source(file), tokens(list.tokens), limit(LargestLayout(file.text.size())) {}
+
+    // False when the layout is larger than the limit; `out` is then left alone.
+    bool Run(Diagnostics& diagnostics, std::string& out);
+
+private:
+    [[nodiscard]] Line LineOf(std::size_t start, std::size_t end) const;
+    void WriteLine(const Line& line);
+    void WriteTokens(const Line& line, std::size_t indent, bool opensHook);
+    void WriteIndent(std::size_t indent) { text.append(indent * BlanksPerLevel, ' '); }
+
+    const SourceFile& source;
+    std::span<const Token> tokens;
+    std::size_t limit;
+    std::string text;
+    std::size_t depth = 0;  // blocks open before the next line
+};
+
+bool Formatter::Run(Diagnostics& diagnostics, std::string& out) {
+    // Blanks that come in and blanks that go nearly balance in code that people keep.
+    text.reserve(std::min(source.text.size() + source.text.size() / 8, limit));
+    std::size_t start = 0;
+    for (std::size_t at = 0; at < tokens.size(); ++at) {
+        if (tokens[at].kind != Tok::Newline && tokens[at].kind != Tok::End) continue;
+        if (at > start) WriteLine(LineOf(start, at));
+        if (text.size() > limit) {
+            diagnostics.Add(source, tokens[start].span, "o texto arrumado ficaria grande demais",
+                            "confira se cada bloco tem o seu \"fim\"");
+            return false;
+        }
+        start = at + 1;
+    }
+    out = std::move(text);
+    return true;
+}
+
+Line Formatter::LineOf(std::size_t start, std::size_t end) const {
+    Line line{tokens.subspan(start, end - start)};
+    if (start > 0) {
+        // The Newline before is the first line feed of the gap; one more makes an empty line.
+        const Span gap{tokens[start - 1].span.end, tokens[start].span.start};
+        line.blankBefore = source.View(gap).find('\n') != std::string_view::npos;
+    }
+    return line;
+}
+
+void Formatter::WriteLine(const Line& line) {
+    if (line.blankBefore && !text.empty()) text += '\n';
+    const std::size_t indent = StandsOneLevelOut(line.tokens[0].kind) && depth > 0 ? depth - 1 : depth;
+    const bool opensHook = OpensHook(line);
+    WriteIndent(indent);
+    WriteTokens(line, indent, opensHook);
+    text += '\n';
+    depth = OpensBlock(line) || opensHook ? indent + 1 : indent;
+}
+
+// A comment with code behind it stands inside brackets. The line has to break there, or it would swallow that code.
+void Formatter::WriteTokens(const Line& line, std::size_t indent, bool opensHook) {
+    Place place;
+    for (const Token& token : line.tokens) {
+        place.next = token.kind;
+        if (place.current == Tok::Comment) {
+            if (text.size() > limit) return;
+            text += '\n';
+            WriteIndent(indent + 1);
+        } else if (place.current != Tok::End && WantsBlank(place, opensHook)) {
+            text += ' ';
+        }
+        text += source.View(token.span);
+        if (place.current != Tok::Comment) place.before = place.current;
+        place.current = place.next;
+    }
+}
+
+}  // namespace
+
+bool Format(const SourceFile& source, Diagnostics& diagnostics, std::string& out) {
+    const TokenList list = Tokenize(source, diagnostics, true);
+    return diagnostics.errors == 0 && Formatter(source, list).Run(diagnostics, out);
+}
+
+}  // namespace tavrel::core::script
