@@ -10,6 +10,9 @@ namespace tavrel::core {
 // The program's arguments as UTF-8, element 0 being the program itself.
 [[nodiscard]] std::vector<std::string> Arguments(int argc, char** argv);
 
+// From here on nothing translates line ends on standard input and output.
+void UseBinaryStreams();
+
 namespace platform {
 
 // The content of a closed file has reached stable storage; false when it cannot be opened or flushed.

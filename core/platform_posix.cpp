@@ -44,6 +44,8 @@ std::vector<std::string> Arguments(int argc, char** argv) {
     return {argv, argv + argc};
 }
 
+void UseBinaryStreams() {}  // bytes are bytes here
+
 bool platform::SyncFile(const std::filesystem::path& file) {
     return Sync(file.c_str(), O_WRONLY);
 }

@@ -3,8 +3,11 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
+#include <fcntl.h>
+#include <io.h>
 #include <shellapi.h>
 
+#include <cstdio>
 #include <cwchar>
 
 namespace tavrel::core {
@@ -31,6 +34,11 @@ std::vector<std::string> Arguments(int argc, char** argv) {
     for (int i = 0; i < count; ++i) arguments.push_back(Utf8(wide[i]));
     LocalFree(wide);
     return arguments;
+}
+
+void UseBinaryStreams() {
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
 }
 
 bool platform::SyncFile(const std::filesystem::path& file) {

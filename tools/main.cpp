@@ -9,6 +9,7 @@
 #include "tools/commands.h"
 #include "tools/console.h"
 #include "tools/memory.h"
+#include "tools/serve.h"
 #include "tools/usage.h"
 
 namespace tavrel::tools {
@@ -29,9 +30,10 @@ int Dispatch(const std::vector<std::string>& args) {
     }
     const std::string& command = args[1];
     if (command == "--lsp") {
-        PrintError("erro: \"--lsp\" ainda nao existe nesta versao\n");
-        return FailedExit;
+        static_cast<void>(Serve());
+        return GoodExit;
     }
+    PrepareMemory();
     if (command == "--ajuda" || command == "-h" || command == "--help") {
         Usage();
         return GoodExit;
@@ -50,7 +52,6 @@ int Dispatch(const std::vector<std::string>& args) {
 
 // The standard library throws only when memory ends; nothing of ours throws.
 int main(int argc, char** argv) {
-    tavrel::tools::PrepareMemory();
     try {
         return tavrel::tools::Dispatch(tavrel::core::Arguments(argc, argv));
     } catch (const std::bad_alloc&) {

@@ -24,16 +24,6 @@ using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 // More than any script may hold, also behind a byte-order mark: who reads on learns nothing, and may run out of memory.
 constexpr std::uintmax_t MostOfUse = std::uintmax_t{core::script::MaxSourceSize} + 4;
 
-// False for a text that no path can hold: where names are UTF-16, broken UTF-8 has none.
-bool PathOf(const std::string& text, fs::path& out) {
-    try {
-        out = fs::path(std::u8string(text.begin(), text.end()));
-    } catch (const std::system_error&) {
-        return false;
-    }
-    return true;
-}
-
 // No status, no type: a link that leads nowhere and a path that cannot be asked about are not regular either.
 bool IsRegular(const fs::path& file) {
     std::error_code error;
@@ -88,6 +78,15 @@ bool CollectFolder(const std::string& argument, const fs::path& folder, std::vec
 }
 
 }  // namespace
+
+bool PathOf(const std::string& text, fs::path& out) {
+    try {
+        out = fs::path(std::u8string(text.begin(), text.end()));
+    } catch (const std::system_error&) {
+        return false;
+    }
+    return true;
+}
 
 std::string Shown(const fs::path& file) {
     const std::u8string text = file.generic_u8string();

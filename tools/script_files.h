@@ -10,6 +10,10 @@
 
 namespace tavrel::tools {
 
+// The path that a UTF-8 text names. False for a text that no path can hold: where names are UTF-16, broken UTF-8 has
+// none.
+[[nodiscard]] bool PathOf(const std::string& text, std::filesystem::path& out);
+
 // The path as messages show it: UTF-8, with forward slashes.
 [[nodiscard]] std::string Shown(const std::filesystem::path& file);
 

@@ -1,0 +1,18 @@
+// Between the addresses that a client speaks of and the paths of files, both as UTF-8. Bytes in, bytes out: nothing is
+// looked up, and slashes of either kind stay what the path says.
+#pragma once
+
+#include <string>
+
+namespace tavrel::script_lsp {
+
+// The path that a "file://" address names, escapes resolved; any other text counts as a path already.
+[[nodiscard]] std::string PathFromUri(const std::string& uri);
+
+// The one address that this server gives to a path. Clients may spell the address of the same file in another way.
+[[nodiscard]] std::string UriFromPath(const std::string& path);
+
+// The part of a path up to and including its last "/", empty without one.
+[[nodiscard]] std::string FolderOf(const std::string& path);
+
+}  // namespace tavrel::script_lsp
