@@ -7,8 +7,8 @@
 
 #include "core/platform.h"
 #include "core/script/world/world_api.h"
+#include "script_lsp/connection.h"
 #include "script_lsp/server.h"
-#include "script_lsp/transport.h"
 #include "tools/script_files.h"
 
 namespace tavrel::tools {
@@ -27,11 +27,6 @@ void IgnoreBrokenPipes() {
 #endif
 }
 
-bool Send(const std::vector<std::string>& texts) {
-    for (const std::string& text : texts) std::cout << script_lsp::Frame(text);
-    return static_cast<bool>(std::cout.flush());
-}
-
 }  // namespace
 
 int Serve() {
@@ -39,11 +34,7 @@ int Serve() {
     std::ios::sync_with_stdio(false);
     IgnoreBrokenPipes();
     script_lsp::Server server(&core::script::WorldApi(), ReadPath);
-    while (!server.exited) {
-        std::string body;
-        if (!script_lsp::ReadMessage(std::cin, body)) break;
-        if (!Send(server.Handle(body))) break;
-    }
+    script_lsp::RunConnection(server, std::cin, std::cout);
     return 0;
 }
 

@@ -1,0 +1,18 @@
+#include "script_lsp/connection.h"
+
+#include <string>
+
+#include "script_lsp/transport.h"
+
+namespace tavrel::script_lsp {
+
+void RunConnection(Server& server, std::istream& in, std::ostream& out) {
+    while (!server.exited && out) {
+        std::string body;
+        if (!ReadMessage(in, body)) return;
+        for (const std::string& text : server.Handle(body)) out << Frame(text);
+        out.flush();
+    }
+}
+
+}  // namespace tavrel::script_lsp
