@@ -120,13 +120,8 @@ bool IsCalledOrIndexed(Tok kind) {
     return kind == Tok::Name || kind == Tok::RightParen || kind == Tok::RightBracket || IsTypeWord(kind);
 }
 
-// Whether the tokens would become others side by side: an integer, a point and a number read as one real.
-bool WouldMerge(const Place& place) {
-    return place.before == Tok::IntegerLiteral && place.current == Tok::Dot && IsNumber(place.next);
-}
-
 bool WantsBlank(const Place& place, bool opensHook) {
-    if (place.next == Tok::Comment || WouldMerge(place)) return true;
+    if (place.next == Tok::Comment) return true;
     const bool opensBracket = place.next == Tok::LeftParen || place.next == Tok::LeftBracket;
     if (opensHook && place.next == Tok::LeftParen) return true;
     if (HugsWhatFollows(place.current) || HugsWhatIsBefore(place.next)) return false;
@@ -135,7 +130,7 @@ bool WantsBlank(const Place& place, bool opensHook) {
 }
 
 // A few bytes per line may ask for an indentation as deep as there are lines before it, which grows with the square
-// of the source. No script that means anything comes near this, and none past it could be read again.
+// of the source. No script that people keep comes near this.
 std::size_t LargestLayout(std::size_t sourceSize) {
     constexpr std::size_t AlwaysFine = 32U << 20U;
     constexpr std::size_t MostGrowth = 16;
@@ -154,6 +149,7 @@ private:
     [[nodiscard]] Line LineOf(std::size_t start, std::size_t end) const;
     void WriteLine(const Line& line);
     void WriteTokens(const Line& line, std::size_t indent, bool opensHook);
+    [[nodiscard]] bool WouldMerge(std::span<const Token> line) const;
     void WriteIndent(std::size_t indent) { text.append(indent * BlanksPerLevel, ' '); }
 
     const SourceFile& source;
@@ -204,19 +200,30 @@ void Formatter::WriteLine(const Line& line) {
 // A comment with code behind it stands inside brackets. The line has to break there, or it would swallow that code.
 void Formatter::WriteTokens(const Line& line, std::size_t indent, bool opensHook) {
     Place place;
-    for (const Token& token : line.tokens) {
+    for (std::size_t at = 0; at < line.tokens.size(); ++at) {
+        const Token& token = line.tokens[at];
         place.next = token.kind;
         if (place.current == Tok::Comment) {
             if (text.size() > limit) return;
             text += '\n';
             WriteIndent(indent + 1);
-        } else if (place.current != Tok::End && WantsBlank(place, opensHook)) {
+        } else if (place.current != Tok::End &&
+                   (WantsBlank(place, opensHook) || WouldMerge(line.tokens.first(at + 1)))) {
             text += ' ';
         }
         text += source.View(token.span);
         if (place.current != Tok::Comment) place.before = place.current;
         place.current = place.next;
     }
+}
+
+// Whether the last of these tokens, written close, would become another: an integer, a point and a number read as one
+// real. An integer with a prefix takes no point.
+bool Formatter::WouldMerge(std::span<const Token> line) const {
+    if (!IsNumber(line.back().kind) || line.size() < 3) return false;
+    const Token& integer = line[line.size() - 3];
+    if (integer.kind != Tok::IntegerLiteral || line[line.size() - 2].kind != Tok::Dot) return false;
+    return source.View(integer.span).find_first_of("xXbB") == std::string_view::npos;
 }
 
 }  // namespace

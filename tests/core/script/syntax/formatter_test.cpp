@@ -112,6 +112,7 @@ TEST(Formatter, TokensStayApart) {
         {"1 . 5", "1. 5\n"},
         {"a.1 .5e3", "a.1. 5e3\n"},
         {"1.5 . 5 . x", "1.5.5.x\n"},
+        {"0x1F . 5 . 6+0B1 .2.5", "0x1F.5. 6 + 0B1.2.5\n"},
         {"x = [ // a\n1, // b\n\n// c\n2\n]\ny", "x = [ // a\n    1, // b\n    // c\n    2]\ny\n"},
         {"se a\nf(1 // um\n-1,-//dois\n1)", "se a\n    f(1 // um\n        - 1, - //dois\n        1)\n"},
         {"(a //", "(a //\n"},
