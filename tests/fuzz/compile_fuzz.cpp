@@ -1,5 +1,6 @@
 // A script with its imports, whatever it is, compiles or is reported. What compiles has operands within their pools,
 // jumps within their function, and the same digest a second time.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -35,11 +36,21 @@ std::size_t RangeOfC(const Program& program, const Function& function, Op op) {
     }
 }
 
+// The initial values come from all sources, a function from its own.
+std::size_t LongestText(const Program& program, const Function& function) {
+    const bool initial =
+        program.initializer >= 0 && &function == &program.functions[static_cast<std::size_t>(program.initializer)];
+    if (!initial) return program.sources[static_cast<std::size_t>(function.file)].text.size();
+    std::size_t longest = 0;
+    for (const SourceFile& source : program.sources) longest = std::max(longest, source.text.size());
+    return longest;
+}
+
 void CheckFunction(const Program& program, const Function& function) {
     Require(!function.code.empty() && function.spans.size() == function.code.size());
     Require(function.code.back().op == static_cast<std::uint8_t>(Op::Return));
     Require(function.params <= function.locals || function.locals == 0);
-    const std::size_t length = program.sources[static_cast<std::size_t>(function.file)].text.size();
+    const std::size_t length = LongestText(program, function);
     for (const std::uint32_t span : function.spans) Require(span <= length);
     for (const Instruction& instruction : function.code) {
         const Op op = static_cast<Op>(instruction.op);

@@ -46,9 +46,11 @@ public:
         GiveBack();
     }
     void insert(Value* position, const Value& value) {
+        const Value kept = value;
         const std::ptrdiff_t index = position - first;
-        push_back(value);
-        std::rotate(first + index, first + count - 1, first + count);
+        push_back(kept);
+        std::copy_backward(first + index, first + count - 1, first + count);
+        first[index] = kept;
     }
     void erase(Value* position) {
         std::copy(position + 1, first + count, position);

@@ -175,5 +175,23 @@ TEST(Dictionary, NanIsTheOnlyKeyOfItsDictionary) {
     EXPECT_EQ(FindSame(heap, dict, nan), -1);
 }
 
+// A script could pile up memory that nobody counts in dictionaries that were large once.
+TEST(Dictionary, GivesMemoryBackAsItEmpties) {
+    constexpr std::int64_t Count = 4001;
+    constexpr std::uint64_t Plain = Heap::ObjectCost + 2 * Heap::ItemCost * std::uint64_t{Count};
+    for (const bool ascending : {false, true}) {
+        Heap heap;
+        const auto dict = static_cast<std::uint32_t>(heap.NewDict());
+        const std::int64_t step = ascending ? 1 : 1000;
+        for (std::int64_t i = 0; i < Count; ++i) StoreEntry(heap, dict, MakeInt(i * step % Count), MakeInt(i));
+        for (std::int64_t i = 0; i < Count; ++i) ASSERT_GE(FindSame(heap, dict, MakeInt(i)), 0);
+        EXPECT_GT(heap.bytes, Plain + 16 * std::uint64_t{Count});
+        for (std::int64_t i = Count; i-- > 2;) RemoveEntry(heap, dict, FindSame(heap, dict, MakeInt(i)));
+        EXPECT_LT(heap.bytes, 1000U);
+        EXPECT_LE(heap.objects[dict].keys.capacity() + heap.objects[dict].items.capacity(), 32U);
+        EXPECT_GE(FindSame(heap, dict, MakeInt(1)), 0);
+    }
+}
+
 }  // namespace
 }  // namespace tavrel::core::script

@@ -77,6 +77,16 @@ TEST(Heap, CountsMemory) {
     EXPECT_EQ(heap.live, 1U);
 }
 
+TEST(Heap, ListsGiveMemoryBackAsTheyShrink) {
+    Heap heap;
+    const Value list = NewList(heap);
+    for (int i = 0; i < 1000; ++i) heap.Insert(heap.At(list), heap.At(list).items.size() / 2, MakeInt(i));
+    EXPECT_EQ(heap.At(list).items[499].Int(), 999);
+    while (heap.At(list).items.size() > 5) static_cast<void>(heap.RemoveAt(heap.At(list), 5));
+    EXPECT_LE(heap.At(list).items.capacity(), 32U);
+    EXPECT_EQ(heap.At(list).items[4].Int(), 9);
+}
+
 TEST(Heap, Comparisons) {
     Heap heap;
     const float nan = std::numeric_limits<float>::quiet_NaN();
