@@ -57,7 +57,7 @@ struct Json {
 };
 
 struct JsonMember {
-    JsonMember() {}
+    JsonMember() {}  // NOLINT(modernize-use-equals-default): see below
     JsonMember(std::string ownKey, Json ownValue) : key(std::move(ownKey)), value(std::move(ownValue)) {}
 
     std::string key;
@@ -65,7 +65,7 @@ struct JsonMember {
 };
 
 // Written out, as the one above is, because a defaulted one would clear every byte first, and a reader makes many.
-inline Json::Json() {}
+inline Json::Json() {}  // NOLINT(modernize-use-equals-default)
 
 // False with the reason in `error`, and in `out` no more than was read before. Where only text behind a whole value is
 // wrong, `out` is that value.

@@ -22,6 +22,7 @@ bool AllDiffer(const std::vector<JsonMember>& members) {
 // bytes; a sort, unlike a hash table, stays quick when somebody chose the keys to collide.
 std::vector<std::size_t> PlacesByKey(const std::vector<JsonMember>& members) {
     std::vector<std::pair<std::size_t, std::size_t>> sorted;  // hash and place
+    sorted.reserve(members.size());
     for (const JsonMember& member : members) sorted.emplace_back(std::hash<std::string>{}(member.key), sorted.size());
     std::sort(sorted.begin(), sorted.end(), [&](const auto& a, const auto& b) {
         if (a.first != b.first) return a.first < b.first;
@@ -29,6 +30,7 @@ std::vector<std::size_t> PlacesByKey(const std::vector<JsonMember>& members) {
         return order != 0 ? order < 0 : a.second < b.second;
     });
     std::vector<std::size_t> places;
+    places.reserve(sorted.size());
     for (const auto& entry : sorted) places.push_back(entry.second);
     return places;
 }

@@ -8,7 +8,7 @@ namespace tavrel::script_lsp {
 
 namespace {
 
-constexpr std::size_t ChunkBytes = 1024 * 1024;
+constexpr std::size_t ChunkBytes = std::size_t{1024} * 1024;
 
 // One line without its line end. False when the input ends within it, or when it is too long for a head.
 bool ReadLine(std::istream& in, std::string& line) {

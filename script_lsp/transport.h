@@ -9,7 +9,7 @@ namespace tavrel::script_lsp {
 
 // Above this a length is as good as none, and a line of the head is no head. Far above what a client sends.
 inline constexpr unsigned long long MaxBodyBytes = 1ULL << 30;
-inline constexpr std::size_t MaxHeaderBytes = 64 * 1024;
+inline constexpr std::size_t MaxHeaderBytes = std::size_t{64} * 1024;
 
 // Reads the content of the next message into `body`, waiting for it. False ends the connection: the input ended, also
 // within a message, or the head is malformed. Memory grows with what arrives, not with what a head announces.

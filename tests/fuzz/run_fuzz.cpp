@@ -1,142 +1,16 @@
-// A script that compiles runs for a few ticks under a small budget, in a world that answers everything. The fast form
-// of its code and the exact one must leave the same things: faults, places, instructions counted, heap and state.
+// A script that compiles runs for a few ticks. The fast form of its code and the exact one must leave the same things.
 #include <cstddef>
 #include <cstdint>
-#include <string>
-#include <string_view>
 
-#include "core/canonical_writer.h"
-#include "core/script/runtime/prepared.h"
-#include "core/script/runtime/value_text.h"
-#include "core/script/runtime/vm.h"
-#include "core/script/state/script_state.h"
 #include "tests/fuzz/require.h"
-
-namespace tavrel::core::script {
-
-struct VmTesting {
-    // Any budget counts as nearly spent: every function runs in exact code.
-    static void RunExactly(Vm& vm) { vm.prepared->margin = std::int64_t{1} << 60U; }
-};
-
-}  // namespace tavrel::core::script
-
-namespace tavrel::fuzz {
-
-namespace {
-
-using namespace core::script;
-
-constexpr std::uint64_t Budget = 20'000;
-constexpr std::uint64_t MemoryLimit = 4'000'000;
-constexpr int Ticks = 3;
-
-// A value of the type that the world's table names.
-Value ValueOf(Vm& vm, std::string_view type, std::uint64_t number) {
-    if (type == "inteiro") return MakeInt(static_cast<std::int64_t>(number % 7) - 2);
-    if (type == "real") return MakeReal(static_cast<float>(number % 9) - 3.5F);
-    if (type == "logico") return MakeBool(number % 2 == 0);
-    if (type == "texto") return MakeObject(Kind::Text, static_cast<std::uint32_t>(vm.heap.NewText("mundo")));
-    if (type == "objeto") return MakeWord(Kind::Object, number % 3);
-    if (type == "corpo") return MakeWord(Kind::Body, number % 3);
-    if (type == "som") return MakeWord(Kind::Sound, number % 3);
-    if (type == "vetor2") return MakeVector(Kind::Vec2, 1.0F, 2.0F);
-    if (type == "vetor3") return MakeVector(Kind::Vec3, 1.0F, 2.0F, 3.0F);
-    if (type == "cor") return MakeVector(Kind::Color, 1.0F, 0.5F, 0.25F, 1.0F);
-    if (type.starts_with("lista")) return vm.NewList(nullptr, 0);
-    Value record;
-    for (std::size_t i = 0; i < vm.program->records.size(); ++i) {
-        if (vm.program->records[i].name != type) continue;
-        if (!vm.NewRecordValue(static_cast<std::int32_t>(i), record)) return {};
-    }
-    return record;
-}
-
-std::string_view ResultOf(std::uint32_t function) {
-    const Api& api = WorldApi();
-    for (const ApiFunction& row : api.functions) {
-        if (row.id == function) return row.result;
-    }
-    for (const ApiNamespaceField& row : api.namespaceFields) {
-        if (row.id == function) return row.type;
-    }
-    for (const ApiValueField& row : api.valueFields) {
-        if (row.id == function) return row.type;
-    }
-    if (function == api.inputValue) return "real";
-    return function == api.commandSend ? "" : "logico";
-}
-
-class World : public Host {
-public:
-    bool Call(HostCall& call) override {
-        ++calls;
-        const std::string_view type = ResultOf(call.function);
-        if (!type.empty()) call.result = ValueOf(*call.vm, type, calls);
-        return calls % 50 != 0;
-    }
-
-private:
-    std::uint64_t calls = 0;
-};
-
-void RunBehaviours(Vm& vm, const Value& step) {
-    for (const BehaviourInfo& behaviour : vm.program->behaviours) {
-        Value args[] = {Value(), step};
-        if (!vm.NewRecordValue(behaviour.record, args[0])) continue;
-        Value result;
-        bool good = behaviour.initializer < 0 || vm.RunFunction(behaviour.initializer, args, 1, result);
-        for (const std::int32_t hook : behaviour.hooks) {
-            if (!good || hook < 0) continue;
-            const std::int32_t params = vm.program->functions[static_cast<std::size_t>(hook)].params;
-            if (params < 1 || params > 2) continue;
-            good = vm.RunFunction(hook, args, params, result);
-            if (good) vm.heap.Drop(result);
-        }
-        vm.heap.Drop(args[0]);
-    }
-}
-
-// All that a run leaves to be seen.
-std::string Seen(const Program& program, bool exactly) {
-    Vm vm(program);
-    World world;
-    std::string seen;
-    vm.print = [&seen](const std::string& text) { seen += text + "\n"; };
-    vm.host = &world;
-    vm.budget = Budget;
-    vm.heap.limit = MemoryLimit;
-    vm.SeedRandom(1, 0);
-    if (exactly) VmTesting::RunExactly(vm);
-    const Value step = MakeReal(0.25F);
-    const auto note = [&](bool) {
-        seen += vm.DescribeFault() + vm.faultFunction + std::to_string(vm.faultOffset) + " " + std::to_string(vm.used) +
-                " " + std::to_string(vm.heap.live) + " " + std::to_string(vm.heap.bytes) + "\n";
-    };
-    note(vm.Start());
-    note(vm.RunHook(HookKind::Start, nullptr, 0));
-    for (int i = 0; i < Ticks; ++i) {
-        note(vm.RunHook(HookKind::Tick, &step, 1));
-        note(vm.RunHook(HookKind::Frame, &step, 1));
-        RunBehaviours(vm, step);
-        note(true);
-    }
-    Require(vm.frames.empty() && vm.stack.Size() == 0);
-    core::CanonicalWriter writer(false);
-    WriteScriptState(vm, writer, "script");
-    return seen + writer.failure + std::string(writer.bytes.begin(), writer.bytes.end());
-}
-
-}  // namespace
-
-}  // namespace tavrel::fuzz
+#include "tests/observed_run.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tavrel::fuzz;
-    using namespace tavrel::core::script;
+    using tavrel::tests::ObservedRun;
     const Sources sources(TextOf(data, size));
-    Diagnostics diagnostics;
-    Program program;
-    if (sources.Build(diagnostics, program)) Require(Seen(program, false) == Seen(program, true));
+    tavrel::core::script::Diagnostics diagnostics;
+    tavrel::core::script::Program program;
+    if (sources.Build(diagnostics, program)) Require(ObservedRun(program, false) == ObservedRun(program, true));
     return 0;
 }

@@ -183,6 +183,7 @@ inline std::int32_t ShortDelta(const FastInstruction& instruction) {
     }
 
 // A NaN is neither less nor greater than anything here, and so both "<=" and ">=" hold for it.
+// NOLINTNEXTLINE(readability-function-size): the one loop, a case of a few lines for each operation
 bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& result) {
     Heap& heap = vm.heap;
     const std::int64_t budget =
@@ -361,17 +362,17 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
 
             CASE(AddProduct) {
                 const float product = SLOT(ip->b).Real() * SLOT(ip->c).Real();
-                SET_REAL(ip->a, SLOT(ip->flags * SlotBytes).Real() + product);
+                SET_REAL(ip->a, SLOT(std::size_t{ip->flags} * SlotBytes).Real() + product);
                 NEXT;
             }
             CASE(SubProduct) {
                 const float product = SLOT(ip->b).Real() * SLOT(ip->c).Real();
-                SET_REAL(ip->a, SLOT(ip->flags * SlotBytes).Real() - product);
+                SET_REAL(ip->a, SLOT(std::size_t{ip->flags} * SlotBytes).Real() - product);
                 NEXT;
             }
             CASE(ProductSub) {
                 const float product = SLOT(ip->b).Real() * SLOT(ip->c).Real();
-                SET_REAL(ip->a, product - SLOT(ip->flags * SlotBytes).Real());
+                SET_REAL(ip->a, product - SLOT(std::size_t{ip->flags} * SlotBytes).Real());
                 NEXT;
             }
 
