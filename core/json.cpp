@@ -99,9 +99,8 @@ std::uint64_t Json::Size() const {
 Json& Json::Set(const std::string& key, Json value) {
     if (kind != Kind::Object) *this = Object();
     const std::size_t place = Find(members, key);
-    if (place < members.size()) return members[place].value = std::move(value);
-    members.emplace_back(key, std::move(value));
-    return members.back().value;
+    if (place == members.size()) members.emplace_back(key, Json());
+    return members[place].value = std::move(value);
 }
 
 Json& Json::Add(Json value) {
