@@ -64,7 +64,7 @@ const Json& Json::At(const std::string& key) const {
 }
 
 const Json& Json::operator[](std::uint64_t index) const {
-    return index < items.size() ? items[index] : Nothing;
+    return index < items.size() ? items[static_cast<std::size_t>(index)] : Nothing;
 }
 
 bool Json::Has(const std::string& key) const {

@@ -182,8 +182,7 @@ void AddMembers(const Unit& unit, const Api& api, const std::string& qualifier, 
     AddSpaceMembers(api, qualifier, list);
     if (HasInput(api)) AddInputMembers(unit, qualifier, list);
     const std::string type = TypeOfName(unit, qualifier);
-    if (type.empty()) return;
-    AddWorldFields(api, type, list);
+    if (!type.empty()) AddWorldFields(api, type, list);
     for (const auto& record : unit.records) {
         if (record.name != type) continue;
         for (const VarDecl& field : record.fields) list.AddField(field.name, TypeText(unit, field.type));

@@ -155,7 +155,7 @@ std::string ApiSignature(const ApiFunction& function) {
 }
 
 Word WordAt(const std::string& text, std::uint64_t offset) {
-    const std::size_t place = std::min<std::size_t>(offset, text.size());
+    const auto place = static_cast<std::size_t>(std::min<std::uint64_t>(offset, text.size()));
     const std::size_t start = StartOfWord(text, place);
     std::size_t end = place;
     while (end < text.size() && IsWordCharacter(text[end])) ++end;

@@ -206,7 +206,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
         places[0] = base;
     };
     const auto grow = [&](std::uint64_t frame, const PreparedCode& needed) INLINED {
-        vm.stack.Reserve(frame / SlotBytes + needed.extent);
+        vm.stack.Reserve(static_cast<std::size_t>(frame / SlotBytes + needed.extent));
         rebase(frame);
     };
     const auto enter = [&]() INLINED {
@@ -632,7 +632,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 const std::int64_t used = u + static_cast<std::int32_t>(ip->a);
                 if (depth == 0) {
                     vm.used = static_cast<std::uint64_t>(used);
-                    vm.stack.SetSize(first);
+                    vm.stack.SetSize(static_cast<std::size_t>(first));
                     result = value;
                     return true;
                 }
@@ -651,7 +651,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
             }
             CASE(CallNative) {
                 const auto frame = static_cast<std::uint64_t>(base - stack);
-                vm.stack.SetSize((frame + ip->a) / SlotBytes + ip->b);
+                vm.stack.SetSize(static_cast<std::size_t>((frame + ip->a) / SlotBytes + ip->b));
                 CHECKED(CallNative(static_cast<Native>(ip->c), ip->b));
                 rebase(frame);
                 NEXT;
@@ -777,7 +777,7 @@ misplaced:
     Locate(code->function, origin().pc);
 failed:
     vm.used = static_cast<std::uint64_t>(u + origin().delta + origin().pc + 1);
-    vm.stack.SetSize(static_cast<std::uint64_t>(base - stack) / SlotBytes + code->extent);
+    vm.stack.SetSize(static_cast<std::size_t>(base - stack) / SlotBytes + static_cast<std::size_t>(code->extent));
     return false;
 }
 

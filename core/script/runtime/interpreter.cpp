@@ -40,8 +40,9 @@ bool Interpreter::Enter(std::int32_t function, std::uint64_t argumentCount, cons
     if (code == nullptr) return FailInvalid();
     if ((base + code->extent) * SlotBytes > MaxStackBytes) return FailText(MemoryFault);
     const std::int32_t params = vm.program->functions[static_cast<std::size_t>(function)].params;
-    vm.ClearStackTo(base + std::min<std::uint64_t>(argumentCount, static_cast<std::uint64_t>(params)));
-    vm.stack.Reserve(base + code->extent);
+    const std::uint64_t kept = std::min(argumentCount, static_cast<std::uint64_t>(params));
+    vm.ClearStackTo(static_cast<std::size_t>(base + kept));
+    vm.stack.Reserve(static_cast<std::size_t>(base + code->extent));
     for (std::uint64_t slot = vm.stack.Size(); slot < base + code->extent; ++slot) vm.stack.Data()[slot] = Value();
     return true;
 }
@@ -194,9 +195,9 @@ bool Interpreter::CallUnary(Native native, Value* argument, Value& out) {
 
 // The arguments stand on the stack from `first` on; the answer takes the place of the first.
 bool Interpreter::CallHost(std::uint64_t first, std::uint32_t count, std::uint32_t function) {
-    vm.stack.SetSize(first + count);
+    vm.stack.SetSize(static_cast<std::size_t>(first + count));
     if (vm.host == nullptr) {
-        vm.ClearStackTo(first);
+        vm.ClearStackTo(static_cast<std::size_t>(first));
         vm.Fail(
             "esta funcao precisa do mundo, e nao ha mundo nesta execucao (\"tavrel_script executar\" roda o script "
             "sem mapa)");
@@ -208,7 +209,7 @@ bool Interpreter::CallHost(std::uint64_t first, std::uint32_t count, std::uint32
     for (std::uint32_t i = 0; i < count; ++i) {
         vm.heap.Drop(std::exchange(vm.stack.Data()[first + i], Value()));
     }
-    vm.stack.SetSize(first);
+    vm.stack.SetSize(static_cast<std::size_t>(first));
     if (!vm.heap.Holds(call.result)) {
         call.result = Value();
         good = false;

@@ -215,7 +215,7 @@ void Vm::FaultAt(std::int32_t function, std::uint64_t pc, std::string message) {
     const Function& where = program->functions[static_cast<std::size_t>(function)];
     faultFunction = where.name;
     faultFile = where.file;
-    if (pc < where.spans.size()) faultOffset = where.spans[pc];
+    if (pc < where.spans.size()) faultOffset = where.spans[static_cast<std::size_t>(pc)];
 }
 
 void Vm::FailMemory() {
