@@ -53,8 +53,8 @@ struct SimpleType {
     std::string_view word;
     Kind kind = Kind::Unknown;
 };
-constexpr SimpleType Simple[] = {{"objeto", Kind::Object},  {"corpo", Kind::Body},     {"som", Kind::Sound},
-                                 {"vetor2", Kind::Vec2}, {"vetor3", Kind::Vec3}, {"cor", Kind::Color}};
+constexpr SimpleType Simple[] = {{"objeto", Kind::Object}, {"corpo", Kind::Body},  {"som", Kind::Sound},
+                                 {"vetor2", Kind::Vec2},   {"vetor3", Kind::Vec3}, {"cor", Kind::Color}};
 
 constexpr std::string_view Input = "entrada";
 

@@ -61,11 +61,12 @@ public:
 
     std::vector<Symbol> symbols;
 
+    // Once full, nothing more is taken; who makes many details asks before each.
+    [[nodiscard]] bool Full() const { return detailBytesLeft == 0; }
+
     void Add(const std::string& name, std::string detail, ItemKind kind, Span span) {
-        if (detail.size() > detailBytesLeft) detailBytesLeft = 0;
-        if (detailBytesLeft == 0) return;
-        detailBytesLeft -= detail.size();
-        symbols.push_back({name, std::move(detail), kind, span});
+        detailBytesLeft -= std::min<std::uint64_t>(detail.size(), detailBytesLeft);
+        if (!Full()) symbols.push_back({name, std::move(detail), kind, span});
     }
 
     void AddSection(const Section& section, const std::string& container) {
@@ -76,6 +77,7 @@ public:
         AddVariables(section.derived, container);
         AddVariables(section.parameters, container + "parametro ");
         for (const std::int32_t index : section.functions) {
+            if (Full()) return;
             const FunctionDecl& function = unit.functions[static_cast<std::size_t>(index)];
             Add(function.name, container + SignatureOf(unit, function), FunctionItem, function.span);
         }
@@ -83,7 +85,7 @@ public:
 
     void AddEnum(const EnumDecl& declared) {
         Add(declared.name, "enumeracao " + declared.name, EnumItem, declared.span);
-        for (std::size_t i = 0; i < declared.members.size(); ++i) {
+        for (std::size_t i = 0; i < declared.members.size() && !Full(); ++i) {
             const Span span = i < declared.memberSpans.size() ? declared.memberSpans[i] : declared.span;
             Add(declared.members[i], declared.name + "." + declared.members[i], EnumMemberItem, span);
         }
@@ -92,6 +94,7 @@ public:
 private:
     void AddVariables(const std::vector<VarDecl>& variables, const std::string& label) {
         for (const VarDecl& variable : variables) {
+            if (Full()) return;
             std::string detail = label + variable.name + ": ";
             AppendType(unit, variable.type, detail);
             Add(variable.name, std::move(detail), VariableItem, variable.span);

@@ -36,9 +36,9 @@ Value ValueOf(Vm& vm, std::string_view type, std::uint64_t number) {
     if (type == "real") return MakeReal(static_cast<float>(number % 9) - 3.5F);
     if (type == "logico") return MakeBool(number % 2 == 0);
     if (type == "texto") return MakeObject(Kind::Text, static_cast<std::uint32_t>(vm.heap.NewText("mundo")));
-    if (type == "objeto") return MakeWord(Kind::Object, number % 3);
-    if (type == "corpo") return MakeWord(Kind::Body, number % 3);
-    if (type == "som") return MakeWord(Kind::Sound, number % 3);
+    if (type == "objeto") return MakeWord(Kind::Object, static_cast<std::int64_t>(number % 3));
+    if (type == "corpo") return MakeWord(Kind::Body, static_cast<std::int64_t>(number % 3));
+    if (type == "som") return MakeWord(Kind::Sound, static_cast<std::int64_t>(number % 3));
     if (type == "vetor2") return MakeVector(Kind::Vec2, 1.0F, 2.0F);
     if (type == "vetor3") return MakeVector(Kind::Vec3, 1.0F, 2.0F, 3.0F);
     if (type == "cor") return MakeVector(Kind::Color, 1.0F, 0.5F, 0.25F, 1.0F);
