@@ -67,8 +67,8 @@ struct JsonMember {
 // Written out, as the one above is, because a defaulted one would clear every byte first, and a reader makes many.
 inline Json::Json() {}  // NOLINT(modernize-use-equals-default)
 
-// False with the reason in `error`, and in `out` no more than was read before. Where only text behind a whole value is
-// wrong, `out` is that value.
+// False with the reason in `error` and null in `out`; but where only text behind a whole value is wrong, `out` is that
+// value.
 [[nodiscard]] bool ParseJson(const std::string& text, Json& out, std::string& error);
 
 // Doubles without a fraction come as integers where 64 bits hold them, others with 17 digits; NaN and infinities as 0.

@@ -39,7 +39,7 @@ std::vector<std::size_t> PlacesByKey(const std::vector<JsonMember>& members) {
 
 bool UniteMembers(std::vector<JsonMember>& members, std::size_t most) {
     constexpr std::size_t Few = 16;
-    if (members.size() <= Few && AllDiffer(members)) return true;
+    if (members.size() <= std::min(Few, most) && AllDiffer(members)) return true;
     std::vector<bool> repeats(members.size());
     std::size_t first = members.size();
     for (const std::size_t place : PlacesByKey(members)) {

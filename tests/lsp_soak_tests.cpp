@@ -8,6 +8,7 @@
 #include <iostream>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/json.h"
@@ -124,11 +125,12 @@ private:
         document.open = method != "didClose";
         Json message = Json::Object();
         message.Set("method", Json::Text("textDocument/" + method));
-        Json& params = message.Set("params", Json::Object());
-        Json& described = params.Set("textDocument", Json::Object());
+        Json described = Json::Object();
         described.Set("uri", Json::Text(document.uri));
         described.Set("text", Json::Text(document.text));
+        Json& params = message.Set("params", Json::Object());
         params.Set("contentChanges", Json::Array()).Add(described);
+        params.Set("textDocument", std::move(described));
         const Json answer = Exchange(message);
         ASSERT_EQ(answer.At("method").TextOr(""), "textDocument/publishDiagnostics");
         ASSERT_EQ(answer.At("params").At("uri").TextOr(""), document.uri);

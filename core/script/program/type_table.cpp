@@ -68,30 +68,34 @@ std::size_t TypeTable::KeyHash::operator()(const Key& key) const {
     return static_cast<std::size_t>(bits ^ bits >> 32);
 }
 
-std::int32_t TypeTable::Intern(const Key& key, TypeInfo entry) {
+// The name may be as long as a script, and one type is asked for with every function: only a new entry copies it.
+std::int32_t TypeTable::Intern(const Key& key, TypeInfo entry, const std::string& name) {
     auto [place, isNew] = ids.try_emplace(key, static_cast<std::int32_t>(entries.size()));
-    if (isNew) entries.push_back(std::move(entry));
+    if (isNew) {
+        entry.name = name;
+        entries.push_back(std::move(entry));
+    }
     return place->second;
 }
 
 std::int32_t TypeTable::List(std::int32_t element) {
-    return Intern({Kind::List, 0, element}, {.kind = Kind::List, .element = element, .name = {}});
+    return Intern({Kind::List, 0, element}, {.kind = Kind::List, .element = element, .name = {}}, {});
 }
 
 std::int32_t TypeTable::Dict(std::int32_t key, std::int32_t value) {
-    return Intern({Kind::Dict, key, value}, {.kind = Kind::Dict, .element = value, .key = key, .name = {}});
+    return Intern({Kind::Dict, key, value}, {.kind = Kind::Dict, .element = value, .key = key, .name = {}}, {});
 }
 
 std::int32_t TypeTable::Record(std::int32_t index, const std::string& name) {
-    return Intern({Kind::Record, index, 0}, {.kind = Kind::Record, .index = index, .name = name});
+    return Intern({Kind::Record, index, 0}, {.kind = Kind::Record, .index = index, .name = {}}, name);
 }
 
 std::int32_t TypeTable::Enum(std::int32_t index, const std::string& name) {
-    return Intern({Kind::Enum, index, 0}, {.kind = Kind::Enum, .index = index, .name = name});
+    return Intern({Kind::Enum, index, 0}, {.kind = Kind::Enum, .index = index, .name = {}}, name);
 }
 
 std::int32_t TypeTable::Space(std::int32_t index, const std::string& name) {
-    return Intern({Kind::Space, index, 0}, {.kind = Kind::Space, .space = index, .name = name});
+    return Intern({Kind::Space, index, 0}, {.kind = Kind::Space, .space = index, .name = {}}, name);
 }
 
 }  // namespace tavrel::core::script

@@ -73,7 +73,7 @@ private:
         std::size_t operator()(const Key& key) const;
     };
 
-    std::int32_t Intern(const Key& key, TypeInfo entry);
+    std::int32_t Intern(const Key& key, TypeInfo entry, const std::string& name);
 
     std::vector<TypeInfo> entries;
     std::unordered_map<Key, std::int32_t, KeyHash> ids;  // of the composite and named entries

@@ -24,7 +24,8 @@ Vm::Vm(const Program& givenProgram) : program(&givenProgram) {
         texts.push_back(MakeObject(Kind::Text, static_cast<std::uint32_t>(heap.NewText(text))));
     }
     globals.reserve(program->globals.size());
-    for (const GlobalInfo& global : program->globals) globals.push_back(DefaultValue(global.type));
+    for (const GlobalInfo& global : program->globals) globals.push_back(DefaultAt(global.type, 0));
+    incomplete = std::exchange(starved, false);
     frames.reserve(MaxFrames + 1);
     prepared = std::make_unique<PreparedProgram>(*program, texts);
 }
@@ -68,7 +69,7 @@ bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value&
     faultFile = 0;
     faultOffset = 0;
     used = 0;
-    if (starved) {  // globals whose defaults alone pass the limit
+    if (incomplete) {
         FailMemory();
         return false;
     }
@@ -88,7 +89,12 @@ bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value&
 }
 
 Value Vm::DefaultValue(std::int32_t type) {
-    return DefaultAt(type, 0);
+    Value value = DefaultAt(type, 0);
+    if (std::exchange(starved, false)) {
+        heap.Drop(value);
+        value = Value();
+    }
+    return value;
 }
 
 Value Vm::DefaultAt(std::int32_t type, int depth) {
@@ -147,8 +153,7 @@ bool Vm::NewRecordValue(std::int32_t record, Value& out) {
         return false;
     }
     FillRecord(record, out, 0);
-    if (!starved) return true;
-    starved = false;
+    if (!std::exchange(starved, false)) return true;
     heap.Drop(out);
     out = Value();
     FailMemory();

@@ -119,7 +119,8 @@ private:
     [[nodiscard]] Value DefaultAt(std::int32_t type, int depth);
     void FillRecord(std::int32_t record, Value& out, int depth);
 
-    bool starved = false;                       // a default value was left out at the memory limit
+    bool starved = false;                       // the default value being made lacks memory
+    bool incomplete = false;                    // the defaults of the globals alone pass the limit: nothing can run
     std::unique_ptr<PreparedProgram> prepared;  // a private form of the functions, made when each first runs
 };
 

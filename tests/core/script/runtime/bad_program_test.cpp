@@ -37,9 +37,21 @@ std::string FaultOf(const Program& program) {
 
 TEST(BadProgram, IsRefused) {
     const Instruction one = Make(Op::PushInt);
+    const Instruction sum = Make(Op::AddInt);
+    const Instruction store = Make(Op::StoreLocal);
+    const Instruction load = Make(Op::LoadLocal);
+    const auto native = [](Native called, int count) {
+        return Make(Op::CallNative, count, 0, static_cast<std::uint32_t>(called));
+    };
     const std::vector<std::vector<Instruction>> codes = {
-        {Make(Op::ForEachGuard, 0, 1, 0)},
-        {Make(Op::ForEachGuard, 0, 0, 1)},
+        {Make(Op::PushInt, 0, 0, 1)},
+        {Make(Op::PushText, 0, 0, 1)},
+        {Make(Op::LoadLocal, 0, 0, 1)},
+        {one, Make(Op::StoreGlobal, 0, 0, 1)},
+        {one, Make(Op::Dup2)},
+        {Make(Op::Jump, 0, 0, 2)},
+        {Make(Op::NewList), Make(Op::ForEachGuard, 0, 1, 0)},
+        {Make(Op::NewList), store, Make(Op::ForEachGuard, 0, 0, 1)},
         {one, one, one, one, one, Make(Op::MakeVector, 5)},
         {one, Make(Op::VecGet, 4)},
         {one, one, Make(Op::Compare, 6)},
@@ -48,18 +60,30 @@ TEST(BadProgram, IsRefused) {
         {Make(Op::MakeList, 1)},
         {Make(Op::Raise, 0, 0, 1)},
         {one, Make(Op::Call, 1)},
-        {one, Make(Op::CallNative, 1, 0, static_cast<std::uint32_t>(Native::ListAppend))},
+        {one, native(Native::ListAppend, 1)},
+        {one, native(Native::MaxInt, 1)},
         // Well formed, and wrong in what the operands are.
         {one, Make(Op::FieldGet)},
+        {one, one, sum, store, load, Make(Op::FieldGet)},
+        {one, one, sum, store, load, one, Make(Op::FieldSet)},
         {one, one, Make(Op::ListGet)},
+        {Make(Op::LoadGlobal), one, one, Make(Op::ListSet)},
+        {one, one, one, Make(Op::ListSet)},
+        {one, one, Make(Op::DictGet)},
         {one, one, one, Make(Op::DictSet)},
         {one, one, Make(Op::ConcatText)},
-        {one, Make(Op::StoreLocal), Make(Op::ForEachGuard)},
+        {one, native(Native::ListSize, 1)},
+        {one, one, native(Native::ListAppend, 2)},
+        {one, one, one, native(Native::DictObtain, 3)},
+        {one, store, Make(Op::ForEachGuard)},
         {Make(Op::NewRecord), Make(Op::FieldGet, 0, 0, 1)},
+        {Make(Op::NewRecord), store, load, Make(Op::FieldGet, 0, 0, 1)},
+        {Make(Op::NewRecord), store, load, one, Make(Op::FieldSet, 0, 0, 1)},
     };
     for (const std::vector<Instruction>& code : codes) {
         Program program;
         program.integers = {1};
+        program.globals.push_back({"g", IntType});
         program.records.push_back({"R", {"x"}, {IntType}, -1});
         program.functions.push_back(MakeFunction(code, 1));
         EXPECT_EQ(FaultOf(program), Invalid) << ListFunction(program, program.functions[0]);
@@ -69,6 +93,8 @@ TEST(BadProgram, IsRefused) {
     program.functions[0].params = 1;
     EXPECT_EQ(FaultOf(program), Invalid);
     program.functions[0].params = 0;
+    program.functions[0].code = {Make(Op::PushNothing)};  // and runs on behind it
+    EXPECT_EQ(FaultOf(program), Invalid);
     program.functions[0].spans.clear();
     EXPECT_EQ(FaultOf(program), Invalid);
 }
@@ -78,6 +104,9 @@ TEST(BadProgram, MeetsTheLimitOfMemory) {
     const std::int32_t type = endless.types.Record(0, "R");
     endless.records.push_back({"R", {"a", "b"}, {type, type}, -1});
     endless.functions.push_back(MakeFunction({Make(Op::NewRecord)}, 0));
+    EXPECT_EQ(FaultOf(endless), "o script passou do limite de memoria");
+    endless.globals.push_back({"g", type});
+    endless.functions[0].code = {Make(Op::PushNothing), Make(Op::Return)};
     EXPECT_EQ(FaultOf(endless), "o script passou do limite de memoria");
 }
 
@@ -108,7 +137,7 @@ public:
 
     Value Any(Vm& vm) {
         const Kind kind = static_cast<Kind>(random() % 17);
-        Value value = MakeWord(kind, random() % 40);
+        Value value = MakeWord(kind, static_cast<std::int64_t>(random() % 40));
         if (ComponentCount(value.kind) > 0) value = MakeVector(value.kind, 1.0F, 2.0F);
         if (value.kind == Kind::Text) value.word = vm.heap.NewText("t");
         if (value.kind == Kind::List && random() % 2 == 0) value = vm.NewList(nullptr, 0);

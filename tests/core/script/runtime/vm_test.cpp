@@ -374,6 +374,19 @@ fim
     EXPECT_EQ(vm.DescribeFault(), "script:1: erro: registro desconhecido");
 }
 
+TEST(VmValues, LackMemoryOnlyWhileThereIsNone) {
+    const Compiled script = CompileScript(
+        "modulo M\nregistro P\n a: texto\n b: texto\nfim\nestado\n p: P\nfim\nao reiniciar mapa\n p.a = \"x\"\nfim\n");
+    Machine machine(script);
+    Vm& vm = machine.vm;
+    const std::uint64_t live = vm.heap.live;
+    vm.heap.limit = vm.heap.bytes + 3 * Heap::ObjectCost;  // not for the second text
+    EXPECT_EQ(vm.DefaultValue(script.program.globals[0].type).kind, Kind::Nothing);
+    EXPECT_EQ(vm.NewRecord(vm.heap.At(vm.globals[0]).record, nullptr, 0).kind, Kind::Nothing);
+    EXPECT_EQ(vm.heap.live, live);
+    EXPECT_TRUE(vm.RunHook(HookKind::ResetMap, nullptr, 0)) << vm.DescribeFault();
+}
+
 TEST(VmRuns, PassOverWhatIsNoOperation) {
     Program program;
     program.functions.push_back(
