@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string_view>
 
 #include "core/canonical_writer.h"
@@ -79,20 +80,40 @@ private:
     std::uint64_t calls = 0;
 };
 
+bool TakesStep(HookKind hook) {
+    return hook == HookKind::Tick || hook == HookKind::Frame || hook == HookKind::Draw;
+}
+
 void RunBehaviours(Vm& vm, const Value& step) {
     for (const BehaviourInfo& behaviour : vm.program->behaviours) {
         Value args[] = {Value(), step};
         if (!vm.NewRecordValue(behaviour.record, args[0])) continue;
         Value result;
         bool good = behaviour.initializer < 0 || vm.RunFunction(behaviour.initializer, args, 1, result);
-        for (const std::int32_t hook : behaviour.hooks) {
+        for (std::size_t kind = 0; kind < behaviour.hooks.size(); ++kind) {
+            const std::int32_t hook = behaviour.hooks[kind];
             if (!good || hook < 0) continue;
             const std::int32_t params = vm.program->functions[static_cast<std::size_t>(hook)].params;
             if (params < 1 || params > 2) continue;
+            args[1] = TakesStep(static_cast<HookKind>(kind)) ? step : MakeWord(Kind::Object, 1);
             good = vm.RunFunction(hook, args, params, result);
             if (good) vm.heap.Drop(result);
         }
         vm.heap.Drop(args[0]);
+    }
+}
+
+// The functions that the world calls by name.
+void RunReserved(Vm& vm, const Value& real) {
+    constexpr int Params[ReservedFunctionCount] = {2, 3, 2, 0, 0, 1};
+    for (std::size_t kind = 0; kind < vm.program->reserved.size(); ++kind) {
+        if (vm.program->reserved[kind] < 0) continue;
+        Value args[] = {real, real, Value()};
+        if (kind == static_cast<std::size_t>(ReservedFunction::PlayerFocus)) args[0] = MakeInt(1);
+        if (Params[kind] == 3) args[2] = vm.NewList(nullptr, 0);
+        Value result;
+        if (vm.RunFunction(vm.program->reserved[kind], args, Params[kind], result)) vm.heap.Drop(result);
+        vm.heap.Drop(args[2]);
     }
 }
 
@@ -114,13 +135,18 @@ std::string ObservedRun(const Program& program, bool exactly) {
                 " " + std::to_string(vm.heap.live) + " " + std::to_string(vm.heap.bytes) + "\n";
     };
     note(vm.Start());
-    note(vm.RunHook(HookKind::Start, nullptr, 0));
+    const auto runHooks = [&](std::initializer_list<HookKind> hooks) {
+        for (const HookKind hook : hooks) note(vm.RunHook(hook, &step, TakesStep(hook) ? 1 : 0));
+    };
+    runHooks({HookKind::Start, HookKind::LoadMap, HookKind::ResetMap});
     for (int i = 0; i < Ticks; ++i) {
-        note(vm.RunHook(HookKind::Tick, &step, 1));
-        note(vm.RunHook(HookKind::Frame, &step, 1));
+        runHooks({HookKind::Tick, HookKind::Frame, HookKind::Draw, HookKind::Camera});
         RunBehaviours(vm, step);
         note(true);
+        RunReserved(vm, step);
+        note(true);
     }
+    runHooks({HookKind::Interrupt, HookKind::Shutdown});
     if (!vm.frames.empty() || vm.stack.Size() != 0) seen += "operands or frames left behind\n";
     core::CanonicalWriter writer(false);
     WriteScriptState(vm, writer, "script");

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "tests/process.h"
-#include "tests/random_script.h"
+#include "tests/random/script.h"
 
 int main(int argc, char** argv) {
     if (argc != 3) return 2;
