@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 
@@ -12,6 +13,8 @@ namespace {
 constexpr int FRACTION_BITS = 52;
 constexpr int EXPONENT_OF_ONE = 1023;
 constexpr unsigned EXPONENT_MASK = 0x7FF;  // all set: an infinity or a NaN
+constexpr std::size_t MAX_PRECISION = 17;
+constexpr int SHORT_FRACTION_BITS = 60;  // times ten they still fit in 64
 
 // significand * 2^exponent, the significand odd, or zero with exponent 0.
 struct Binary {
@@ -81,7 +84,7 @@ struct Digits {
     bool more = false;
 };
 
-// Three limbs hold 19 digits or more: 17 and what rounding asks of the next ones.
+// Three limbs hold 19 digits or more: MAX_PRECISION and what rounding asks of the next ones.
 Digits LeadingDigits(const BigDecimal& number, int scale) {
     Digits digits;
     const std::size_t last = number.Size() - std::min<std::size_t>(number.Size(), 3);
@@ -99,6 +102,45 @@ Digits LeadingDigits(const BigDecimal& number, int scale) {
     for (std::size_t i = 0; i < last && !digits.more; ++i) digits.more = number.Limb(i) != 0;
     digits.exponent = static_cast<int>(digits.count + last * BigDecimal::LIMB_DIGITS) - 1 - scale;
     return digits;
+}
+
+// The same where the fraction's bits and a decimal digit above them fit in one word, which is true of most numbers that
+// people write.
+Digits LeadingDigitsOfShort(const Binary& binary) {
+    const int fractionBits = -binary.exponent;
+    const std::uint64_t below = (std::uint64_t{1} << fractionBits) - 1;
+    std::uint64_t fraction = binary.significand & below;
+    Digits digits;
+    digits.exponent = -1;
+    if (const std::uint64_t whole = binary.significand >> fractionBits; whole != 0) {
+        char* const text = digits.text.data();
+        digits.count = static_cast<std::size_t>(std::to_chars(text, text + digits.text.size(), whole).ptr - text);
+        digits.exponent = static_cast<int>(digits.count) - 1;
+    }
+    while (digits.count < MAX_PRECISION + 1 && fraction != 0) {
+        fraction *= 10;
+        const std::uint64_t digit = fraction >> fractionBits;
+        fraction &= below;
+        if (digits.count == 0 && digit == 0) {
+            --digits.exponent;
+        } else {
+            digits.text[digits.count++] = static_cast<char>('0' + digit);
+        }
+    }
+    digits.more = fraction != 0;
+    return digits;
+}
+
+Digits LeadingDigitsOf(const Binary& binary) {
+    if (binary.exponent < 0 && binary.exponent >= -SHORT_FRACTION_BITS) return LeadingDigitsOfShort(binary);
+    // Dividing by 2^n is multiplying by 5^n and moving the point n places.
+    BigDecimal number(binary.significand);
+    if (binary.exponent >= 0) {
+        number.MultiplyByPower(2, binary.exponent, 1U << 29, 29);
+    } else {
+        number.MultiplyByPower(5, -binary.exponent, 244'140'625, 12);
+    }
+    return LeadingDigits(number, std::max(-binary.exponent, 0));
 }
 
 bool RoundsUp(const Digits& digits, std::size_t precision) {
@@ -159,14 +201,7 @@ void AppendDecimal(std::string& out, double value, int precision) {
         out += '0';
         return;
     }
-    // Dividing by 2^n is multiplying by 5^n and moving the point n places.
-    BigDecimal number(binary.significand);
-    if (binary.exponent >= 0) {
-        number.MultiplyByPower(2, binary.exponent, 1U << 29, 29);
-    } else {
-        number.MultiplyByPower(5, -binary.exponent, 244'140'625, 12);
-    }
-    Digits digits = LeadingDigits(number, std::max(-binary.exponent, 0));
+    Digits digits = LeadingDigitsOf(binary);
     Round(digits, static_cast<std::size_t>(precision));
     AppendLayout(out, digits, precision);
 }
