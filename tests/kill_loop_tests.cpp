@@ -70,17 +70,19 @@ TEST(KillLoop, TheFileHoldsTheOldBytesOrTheNewOnes) {
     WriteFile(script, before);
     const Clock::time_point start = Clock::now();
     ASSERT_EQ(RunTool({"formatar", script.string()}, folder.path).code, 0);
-    const auto whole = std::chrono::duration_cast<Microseconds>(Clock::now() - start);
+    auto longest = std::chrono::duration_cast<Microseconds>(Clock::now() - start);
     const std::string after = ReadFile(script);
     ASSERT_NE(after, before);
 
     Counts counts;
     std::mt19937 random(1);
-    std::uniform_int_distribution<Microseconds::rep> moment(0, whole.count());
     const int wanted = KillsWanted();
-    for (; counts.killed < wanted && counts.rounds < 4 * wanted; ++counts.rounds) {
+    for (; counts.killed < wanted && counts.rounds < 20 * wanted; ++counts.rounds) {
         WriteFile(script, before);
+        std::uniform_int_distribution<Microseconds::rep> moment(0, longest.count());
         const bool killed = KillAfter(StartFormat(script), Microseconds(moment(random)));
+        // Follows how long a run takes just now, so that two kills of three come before its end.
+        longest += killed ? longest / 50 + Microseconds(1) : -longest / 25;
         const std::string found = ReadFile(script);
         ASSERT_TRUE(found == before || found == after) << "round " << counts.rounds << ": " << found.size() << " bytes";
         if (killed) ++counts.killed;
