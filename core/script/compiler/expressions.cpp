@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/script/compiler/compiler.h"
+#include "core/script/numeric/int_to_float.h"
 #include "core/script/syntax/legacy_words.h"
 
 namespace tavrel::core::script {
@@ -15,7 +16,7 @@ constexpr std::uint32_t PiBits = 0x40490FDB;
 // Exact when the float reads back as the same integer. The bound keeps the conversion back defined.
 bool ConvertExactly(std::int64_t value, float& real) {
     constexpr float TwoToThe63 = 9223372036854775808.0F;
-    real = static_cast<float>(value);
+    real = IntToFloat<float>(value);
     return real < TwoToThe63 && static_cast<std::int64_t>(real) == value;
 }
 

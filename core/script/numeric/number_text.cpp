@@ -4,6 +4,8 @@
 #include <array>
 #include <cstddef>
 
+#include "core/script/numeric/int_to_float.h"
+
 namespace tavrel::core::script {
 
 namespace {
@@ -89,9 +91,9 @@ struct DecimalReader {
 // One rounding. Above the signed range the lowest bit is kept sticky through the halving, so that the rounding is that
 // of the whole number.
 double ToDouble(std::uint64_t mantissa) {
-    if (mantissa >> 63 == 0) return static_cast<double>(static_cast<std::int64_t>(mantissa));
+    if (mantissa >> 63 == 0) return IntToFloat<double>(static_cast<std::int64_t>(mantissa));
     const std::uint64_t half = (mantissa >> 1) | (mantissa & 1);
-    return static_cast<double>(static_cast<std::int64_t>(half)) * 2.0;
+    return IntToFloat<double>(static_cast<std::int64_t>(half)) * 2.0;
 }
 
 // Scales in steps of at most 10^22. Stops where further steps would not change the outcome, however long the exponent.
@@ -133,7 +135,7 @@ std::string Layout(const std::string& digits, int exponent) {
 // The text of a positive value at precision + 1 significant digits, given its decimal exponent.
 std::string TextAtPrecision(double value, int exponent, int precision) {
     auto number = static_cast<std::int64_t>(value / PowerOfTen(exponent - precision) + 0.5);
-    if (static_cast<double>(number) >= ExactPowers[static_cast<std::size_t>(precision) + 1]) {
+    if (IntToFloat<double>(number) >= ExactPowers[static_cast<std::size_t>(precision) + 1]) {
         ++exponent;
         number /= 10;
     }

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 
+#include "core/script/numeric/int_to_float.h"
 #include "core/script/runtime/dictionary.h"
 #include "core/script/runtime/interpreter.h"
 #include "core/script/runtime/native_math.h"
@@ -692,7 +693,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 NEXT;
             }
             CASE(ToReal)
-            SET_REAL(ip->a, static_cast<float>(SLOT(ip->b).word));
+            SET_REAL(ip->a, IntToFloat<float>(SLOT(ip->b).word));
             NEXT;
             CASE(Sqrt) {
                 const float square = SLOT(ip->b).Real();

@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "core/script/numeric/float_math.h"
+#include "core/script/numeric/int_to_float.h"
 #include "core/script/runtime/native_math.h"
 #include "core/script/runtime/native_results.h"
 #include "core/script/runtime/natives.h"
@@ -50,7 +51,7 @@ bool NativeToInt(Vm& vm, Value* args, std::size_t, Value& result) {
 }
 
 bool NativeToReal(Vm&, Value* args, std::size_t, Value& result) {
-    return GiveReal(static_cast<float>(args[0].Int()), result);
+    return GiveReal(IntToFloat<float>(args[0].Int()), result);
 }
 
 bool NativeAbsInt(Vm& vm, Value* args, std::size_t, Value& result) {
