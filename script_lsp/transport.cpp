@@ -31,15 +31,14 @@ bool IsContentLength(std::string_view name) {
                       [](char have, char want) { return have == want || (have >= 'A' && have + ('a' - 'A') == want); });
 }
 
-// The number at the start of a header's value; what follows its digits does not matter.
+// The number at the start of a header's value, or one above the limit; what follows its digits does not matter.
 std::optional<unsigned long long> LengthIn(std::string_view value) {
     value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
     const std::size_t digits = std::min(value.find_first_not_of("0123456789"), value.size());
     if (digits == 0) return std::nullopt;
     unsigned long long length = 0;
     for (const char digit : value.substr(0, digits)) {
-        length = length * 10 + static_cast<unsigned long long>(digit - '0');
-        if (length > MaxBodyBytes) return std::nullopt;
+        length = std::min(length * 10 + static_cast<unsigned long long>(digit - '0'), MaxBodyBytes + 1);
     }
     return length;
 }
@@ -60,7 +59,9 @@ bool ReadMessage(std::istream& in, std::string& body) {
     body.clear();
     std::optional<unsigned long long> length;
     for (std::string line; ReadLine(in, line);) {
-        if (line.empty()) return length && ReadBody(in, static_cast<std::size_t>(*length), body);
+        if (line.empty()) {
+            return length && *length <= MaxBodyBytes && ReadBody(in, static_cast<std::size_t>(*length), body);
+        }
         const std::size_t colon = line.find(':');
         if (colon == std::string::npos) return false;
         const std::string_view header = line;

@@ -182,7 +182,7 @@ TEST_F(DurableFileTest, PermissionsOfTheFolderShowInTheResult) {
 TEST_F(DurableFileTest, AFullDiskKeepsTheOldFile) {
     const auto mountSmallDisk = [&] {
 #ifdef __linux__
-        return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+        return unshare(CLONE_NEWNS) == 0 && mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0 &&
                mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=64k") == 0;
 #else
         return false;
