@@ -52,6 +52,15 @@ std::string NameOf(const testing::TestParamInfo<Row>& info) {
     return info.param.name;
 }
 
+// Without it GoogleTest prints the bytes of a row, its padding among them.
+template <typename Row>
+requires requires(const Row& row) {
+    row.name;
+}
+void PrintTo(const Row& row, std::ostream* out) {
+    *out << row.name;
+}
+
 // ---- any bytes at all ----
 
 struct BytesRow {
