@@ -11,6 +11,7 @@ void Print(std::string_view text) {
 void PrintError(std::string_view text) {
     std::fflush(stdout);
     std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);  // some C libraries buffer it, too
 }
 
 bool Flush() {
