@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 using core::Json;
 
-constexpr std::size_t LargestDocument = 16 * 1024;
+constexpr std::size_t LargestDocument = std::size_t{16} * 1024;
 constexpr long AllowedGrowth = 4L << 20;
 
 int StepsWanted() {
