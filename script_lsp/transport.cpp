@@ -1,6 +1,7 @@
 #include "script_lsp/transport.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <string_view>
 
@@ -43,12 +44,17 @@ std::optional<unsigned long long> LengthIn(std::string_view value) {
     return length;
 }
 
+// A length that memory has no room for is found out on the way: no more a fault of ours than a broken head.
 bool ReadBody(std::istream& in, std::size_t length, std::string& body) {
-    while (body.size() < length) {
-        const std::size_t before = body.size();
-        const std::size_t chunk = std::min(length - before, ChunkBytes);
-        body.resize(before + chunk);
-        if (!in.read(body.data() + before, static_cast<std::streamsize>(chunk))) return false;
+    try {
+        while (body.size() < length) {
+            const std::size_t before = body.size();
+            const std::size_t chunk = std::min(length - before, ChunkBytes);
+            body.resize(before + chunk);
+            if (!in.read(body.data() + before, static_cast<std::streamsize>(chunk))) return false;
+        }
+    } catch (const std::bad_alloc&) {
+        return false;
     }
     return true;
 }

@@ -12,7 +12,8 @@ inline constexpr unsigned long long MaxBodyBytes = 1ULL << 30;
 inline constexpr std::size_t MaxHeaderBytes = std::size_t{64} * 1024;
 
 // Reads the content of the next message into `body`, waiting for it. False ends the connection: the input ended, also
-// within a message, or the head is malformed. Memory grows with what arrives, not with what a head announces.
+// within a message, the head is malformed, or the content is too large for memory. Memory grows with what arrives, not
+// with what a head announces.
 [[nodiscard]] bool ReadMessage(std::istream& in, std::string& body);
 
 // The whole text to send for one content.
