@@ -289,10 +289,13 @@ void CodeWriter::If(int depth) {
 }
 
 void CodeWriter::While(int depth) {
+    const bool real = numbers.OneIn(3);
     const std::string counter = NewName("volta");
-    Line(counter + ": inteiro");
-    Line("enquanto " + counter + " < " + std::to_string(numbers.Below(5)) + " e (" + Expression("logico", 2) + ")");
-    Line(counter + " = " + counter + " + 1");
+    Line(counter + (real ? ": real" : ": inteiro"));
+    std::string condition = counter + " < " + std::to_string(numbers.Below(5)) + (real ? ".5" : "");
+    if (numbers.OneIn(2)) condition += " e (" + Expression("logico", 2) + ")";
+    Line("enquanto " + condition);
+    Line(counter + " = " + counter + (real ? " + 0.75" : " + 1"));
     LoopBody("", "", depth);
 }
 

@@ -87,6 +87,8 @@ TEST(Code, SlotsAndPools) {
     EXPECT_EQ(compiled.program.functions[0].locals, 3);
     EXPECT_EQ(compiled.program.integers, (std::vector<std::int64_t>{10, 20, 30}));
     EXPECT_EQ(compiled.program.texts, (std::vector<std::string>{"x"}));
+    EXPECT_TRUE(compiled.program.Calls(Native::Print));
+    EXPECT_FALSE(compiled.program.Calls(Native::Sqrt));
 }
 
 TEST(Code, WorldCallsPassEveryParameter) {

@@ -173,6 +173,9 @@ TEST(FloatMath, FloorAndScale) {
         double argument;
         double floor;
     };
+    for (const float x : {0.0F, -0.0F, -2.5F, -std::numeric_limits<float>::infinity()}) {
+        EXPECT_EQ(BitsOf(tavrel_libm_fabsf(x)), BitsOf(x) & 0x7FFFFFFFU);
+    }
     const Row floors[] = {{-0.0, -0.0}, {0.25, 0.0},  {-0.25, -1.0},  {2.5, 2.0},
                           {-2.5, -3.0}, {-3.0, -3.0}, {1e300, 1e300}, {0x1.fffffffffffffp+51, 0x1.ffffffffffffep+51}};
     for (const Row& row : floors) EXPECT_EQ(BitsOf(tavrel_libm_floor(row.argument)), BitsOf(row.floor)) << row.argument;

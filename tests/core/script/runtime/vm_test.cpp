@@ -163,6 +163,45 @@ TEST(VmForms, AgreeUnderEveryBudget) {
     }
 }
 
+// Products that are added or taken away at once, and loops over reals, have operations of their own in fast code.
+TEST(VmForms, AgreeOnReals) {
+    std::string lines =
+        " a: real = 3\n b: real = passo\n c: real = 4\n i: inteiro\n"
+        " g = formatar(\"{} {} {}\", a + b * c, a - b * c, b * c - a)\n";
+    for (const std::string bound : {"c", "4.0"}) {
+        for (const std::string loop : {"< 2.5 +", "<= 2.5 +", "> 5.5 -", ">= 5.5 -", "!= 2.5 +", "== 4.0 +"}) {
+            const std::size_t blank = loop.find(' ');
+            lines += " a = " + loop.substr(blank + 1, 3) + "\n i = 0\n enquanto a " + loop.substr(0, blank) + " " +
+                     bound + "\n  a = a " + loop.back() + " passo\n  i = i + 1\n fim\n g = g + texto(i)\n";
+        }
+    }
+    const Compiled script =
+        CompileScript("modulo M\nestado\n g: texto\nfim\na cada tick (passo: real)\n" + lines + "fim\n");
+    for (bool exactly : {false, true}) {
+        Machine machine(script);
+        if (exactly) VmTesting::RunExactly(machine.vm);
+        EXPECT_TRUE(machine.vm.Start() && machine.Tick()) << machine.vm.DescribeFault();
+        EXPECT_EQ(ValueToText(machine.vm.heap, machine.vm.globals[0]), "5 1 -1343431343431");
+    }
+}
+
+// More instructions before a call than its operation has room to count.
+TEST(VmForms, CountLongStretches) {
+    std::string lines;
+    for (int i = 0; i < 10'000; ++i) lines += " n = n + m\n";
+    const Compiled script = CompileScript(
+        "modulo M\nestado\n n: inteiro\n m: inteiro = 2\nfim\n"
+        "procedimento f()\nfim\na cada tick (passo: real)\n" +
+        lines + " f()\nfim\n");
+    for (bool exactly : {false, true}) {
+        Machine machine(script);
+        if (exactly) VmTesting::RunExactly(machine.vm);
+        EXPECT_TRUE(machine.vm.Start() && machine.Tick());
+        EXPECT_EQ(machine.vm.used, 40'003U);
+        EXPECT_EQ(machine.vm.globals[0].Int(), 20'000);
+    }
+}
+
 // What was executed counts the instruction that failed.
 TEST(VmForms, FailAtTheSameInstruction) {
     struct Fault {
@@ -224,6 +263,10 @@ TEST(VmRuns, GoOnBehindAFault) {
     Value result;
     EXPECT_FALSE(machine.vm.RunFunction(99, nullptr, 0, result));
     EXPECT_FALSE(machine.vm.RunFunction(-1, nullptr, 0, result));
+    EXPECT_EQ(machine.vm.faultMessage, "funcao desconhecida");
+    machine.vm.faulted = false;
+    machine.vm.faultMessage.clear();
+    EXPECT_FALSE(machine.vm.Execute(0, 1, result));  // the stack is empty
     EXPECT_EQ(machine.vm.faultMessage, "funcao desconhecida");
 }
 
@@ -325,6 +368,23 @@ TEST_F(VmHost, MayRunFunctionsMeanwhile) {
     EXPECT_EQ(machine.vm.frames.size(), 0U);
 }
 
+// A function of the world may call the script that calls the world; that ends, too.
+TEST(VmRuns, HoldSixtyFourFramesThroughTheWorld) {
+    const Compiled script = CompileScript(
+        "modulo M\na cada tick (passo: real)\n alto()\nfim\n"
+        "funcao alto(): real\n retorne mapa.altura(1.0, 2.0)\nfim\n");
+    Machine machine(script);
+    int calls = 0;
+    machine.host.answer = [&](HostCall& call) {
+        ++calls;
+        return call.vm->RunFunction(machine.Function("alto"), nullptr, 0, call.result);
+    };
+    EXPECT_FALSE(machine.vm.Start() && machine.Tick());
+    EXPECT_EQ(calls, 63);
+    EXPECT_EQ(machine.vm.faultMessage, "chamadas demais encaixadas (64); ha uma funcao que chama a si mesma sem parar");
+    EXPECT_EQ(machine.vm.frames.size() + machine.vm.stack.Size(), 0U);
+}
+
 TEST(VmValues, HaveDefaultsByType) {
     const Compiled script = CompileScript(R"(modulo M
 enumeracao E = A, B
@@ -385,6 +445,43 @@ TEST(VmValues, LackMemoryOnlyWhileThereIsNone) {
     EXPECT_EQ(vm.NewRecord(vm.heap.At(vm.globals[0]).record, nullptr, 0).kind, Kind::Nothing);
     EXPECT_EQ(vm.heap.live, live);
     EXPECT_TRUE(vm.RunHook(HookKind::ResetMap, nullptr, 0)) << vm.DescribeFault();
+}
+
+TEST(VmValues, InsertIntoADictionaryOnlyWhatFits) {
+    const Compiled script = CompileScript(
+        "modulo M\nestado\n d: dicionario de inteiro para inteiro\nfim\nao reiniciar mapa\n d[1] = 2\nfim\n");
+    Machine machine(script);
+    Vm& vm = machine.vm;
+    vm.heap.limit = vm.heap.bytes + 2 * Heap::ItemCost - 1;
+    EXPECT_FALSE(vm.RunHook(HookKind::ResetMap, nullptr, 0));
+    EXPECT_EQ(vm.faultMessage, "o script passou do limite de memoria");
+    ++vm.heap.limit;
+    EXPECT_TRUE(vm.RunHook(HookKind::ResetMap, nullptr, 0)) << vm.DescribeFault();
+    EXPECT_EQ(vm.heap.bytes, vm.heap.limit);
+    EXPECT_TRUE(vm.RunHook(HookKind::ResetMap, nullptr, 0)) << vm.DescribeFault();  // replaces
+}
+
+// The compiler never asks for one, but other writers of programs may.
+TEST(VmValues, RecordsOfGivenFields) {
+    Program program = CompileScript(
+                          "modulo M\nregistro P\n t: texto\n n: inteiro\nfim\n"
+                          "funcao f(t: texto, n: inteiro): P\n p: P\n retorne p\nfim\n")
+                          .program;
+    const auto code = [](Op op, std::uint32_t c) { return Instruction{static_cast<std::uint8_t>(op), 0, 0, c}; };
+    Function& function = program.functions[0];
+    const auto record = static_cast<std::uint32_t>(program.records.size() - 1);
+    function.code = {code(Op::LoadLocal, 0), code(Op::LoadLocal, 1), code(Op::MakeRecord, record),
+                     code(Op::ReturnValue, 0)};
+    function.spans.assign(function.code.size(), 0);
+    for (bool exactly : {false, true}) {
+        Vm vm(program);
+        if (exactly) VmTesting::RunExactly(vm);
+        const Value args[] = {NewText(vm, "a"), MakeInt(7)};
+        Value result;
+        EXPECT_TRUE(vm.RunFunction(0, args, 2, result)) << vm.DescribeFault();
+        EXPECT_EQ(ValueToText(vm.heap, result), "{a, 7}");
+        EXPECT_EQ(vm.heap.At(result).items.size(), 2U);
+    }
 }
 
 TEST(VmRuns, PassOverWhatIsNoOperation) {
