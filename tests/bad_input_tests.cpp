@@ -215,6 +215,10 @@ const SizeRow SizeRows[] = {
     {"TooManyParametersBesideTheInstance", [] { return WideCall(255, true); }, 1, "num comportamento cabem ate 254\n"},
     {"LastEnumOutOfReach", [] { return UseOfLastEnum(70'000); }, 1, "ha enumeracoes demais"},
     {"LastEnumInReach", [] { return UseOfLastEnum(65'000); }, 0, ""},
+    {"DefaultsThatFit", [] { return RepeatedDefaults(1'000, 1'000); }, 0, ""},
+    {"TooManyDefaults", [] { return RepeatedDefaults(1'000, 1'500); }, 1, "geram codigo demais neste programa"},
+    {"RecordsInManyRecords", [] { return RecordsInRecords(300); }, 0, ""},
+    {"RecordsInTooManyRecords", [] { return RecordsInRecords(600); }, 1, "ha registros demais uns dentro dos outros"},
     {"LoopOutOfReach", [] { return LoopBehindLocals(66'000); }, 1, "esta funcao tem variaveis demais"},
 };
 

@@ -93,6 +93,24 @@ std::string LoopBehindLocals(int locals) {
            "para cada item em itens\nfim\nfim\n";
 }
 
+std::string RepeatedDefaults(int fields, int values) {
+    const auto field = [](const std::string& number) { return "c" + number + ": inteiro = 1\n"; };
+    const auto local = [](const std::string& number) { return "v" + number + ": R\n"; };
+    return Head + "registro R\n" + Join(fields, "", field) + "fim\nprocedimento p()\n" + Join(values, "", local) +
+           "fim\n";
+}
+
+std::string RecordsInRecords(int count) {
+    std::string text = Head;
+    std::string fields;
+    for (int index = count - 1; index >= 0; --index) {
+        const std::string name = std::to_string(index);
+        text += "registro R" + name + "\n" + fields + "fim\n";
+        fields += "c" + name + ": R" + name + "\n";
+    }
+    return text;
+}
+
 std::string UseOfLastEnum(int count) {
     return Numbered("enumeracao E# = M#\n", count) + "constante A: E" + std::to_string(count - 1) + " = M" +
            std::to_string(count - 1) + "\n";

@@ -38,6 +38,12 @@ namespace tavrel::tests {
 // A loop over a list, in a procedure that has `locals` locals before it.
 [[nodiscard]] std::string LoopBehindLocals(int locals);
 
+// A record of `fields` fields with a value each, and `values` locals that hold one.
+[[nodiscard]] std::string RepeatedDefaults(int fields, int values);
+
+// `count` records, each of which holds all those behind it, the last first.
+[[nodiscard]] std::string RecordsInRecords(int count);
+
 // `count` enumerations, of which the last one is used.
 [[nodiscard]] std::string UseOfLastEnum(int count);
 
