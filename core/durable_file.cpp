@@ -27,11 +27,6 @@ bool Fires(WriteStep step) {
     return injected.compare_exchange_strong(step, WriteStep::None);
 }
 
-std::string Utf8(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 bool CreateParent(const fs::path& target) {
     if (!target.has_parent_path()) return true;
     std::error_code error;
@@ -121,10 +116,10 @@ private:
     }
 
     WriteResult Failure(std::int32_t code, std::string message) const {
-        return {code, Utf8(target), std::move(message)};
+        return {code, Utf8Of(target), std::move(message)};
     }
 
-    std::string Name() const { return Utf8(target.filename()); }
+    std::string Name() const { return Utf8Of(target.filename()); }
 
     const fs::path& target;
     const fs::path temporary;

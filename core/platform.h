@@ -10,6 +10,10 @@ namespace tavrel::core {
 // The program's arguments as UTF-8, element 0 being the program itself.
 [[nodiscard]] std::vector<std::string> Arguments(int argc, char** argv);
 
+// A path as UTF-8, its separators as they are. What has no UTF-8 form, such as half of a surrogate pair, shows as
+// U+FFFD.
+[[nodiscard]] std::string Utf8Of(const std::filesystem::path& path);
+
 // From here on nothing translates line ends on standard input and output.
 void UseBinaryStreams();
 

@@ -44,6 +44,10 @@ std::vector<std::string> Arguments(int argc, char** argv) {
     return {argv, argv + argc};
 }
 
+std::string Utf8Of(const std::filesystem::path& path) {
+    return path.native();
+}
+
 void UseBinaryStreams() {}  // bytes are bytes here
 
 bool platform::SyncFile(const std::filesystem::path& file) {

@@ -15,8 +15,9 @@ namespace tavrel::core {
 namespace {
 
 // Without WC_ERR_INVALID_CHARS a lone surrogate becomes U+FFFD: the name will not be found, but the program goes on.
+// Command lines and paths have at most 32,767 characters.
 std::string Utf8(const wchar_t* wide) {
-    const int length = static_cast<int>(std::wcslen(wide));  // a command line has at most 32,767 characters
+    const int length = static_cast<int>(std::wcslen(wide));
     const int size = WideCharToMultiByte(CP_UTF8, 0, wide, length, nullptr, 0, nullptr, nullptr);
     std::string text(static_cast<std::size_t>(size), '\0');
     WideCharToMultiByte(CP_UTF8, 0, wide, length, text.data(), size, nullptr, nullptr);
@@ -34,6 +35,10 @@ std::vector<std::string> Arguments(int argc, char** argv) {
     for (int i = 0; i < count; ++i) arguments.push_back(Utf8(wide[i]));
     LocalFree(wide);
     return arguments;
+}
+
+std::string Utf8Of(const std::filesystem::path& path) {
+    return Utf8(path.c_str());
 }
 
 void UseBinaryStreams() {

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "core/platform.h"
 #include "tools/console.h"
 
 namespace tavrel::tools {
@@ -89,8 +90,7 @@ bool PathOf(const std::string& text, fs::path& out) {
 }
 
 std::string Shown(const fs::path& file) {
-    const std::u8string text = file.generic_u8string();
-    return std::string(text.begin(), text.end());
+    return core::Utf8Of(file.generic_string<fs::path::value_type>());
 }
 
 bool Collect(const std::string& argument, std::vector<fs::path>& paths) {
