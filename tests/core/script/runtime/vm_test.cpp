@@ -166,7 +166,7 @@ TEST(VmForms, AgreeUnderEveryBudget) {
 // Products that are added or taken away at once, and loops over reals, have operations of their own in fast code.
 TEST(VmForms, AgreeOnReals) {
     std::string lines =
-        " a: real = 3\n b: real = passo\n c: real = 4\n i: inteiro\n"
+        " a: real = passo * 6.0\n b: real = passo\n c: real = passo * 8.0\n i: inteiro\n"
         " g = formatar(\"{} {} {}\", a + b * c, a - b * c, b * c - a)\n";
     for (const std::string bound : {"c", "4.0"}) {
         for (const std::string loop : {"< 2.5 +", "<= 2.5 +", "> 5.5 -", ">= 5.5 -", "!= 2.5 +", "== 4.0 +"}) {
@@ -185,20 +185,22 @@ TEST(VmForms, AgreeOnReals) {
     }
 }
 
-// More instructions before a call than its operation has room to count.
-TEST(VmForms, CountLongStretches) {
+// A jump over more instructions than fit in sixteen bits.
+TEST(VmForms, CountLongJumps) {
     std::string lines;
     for (int i = 0; i < 10'000; ++i) lines += " n = n + m\n";
     const Compiled script = CompileScript(
         "modulo M\nestado\n n: inteiro\n m: inteiro = 2\nfim\n"
-        "procedimento f()\nfim\na cada tick (passo: real)\n" +
-        lines + " f()\nfim\n");
+        "procedimento f()\nfim\na cada tick (passo: real)\nse m == 2\n m = 3\nsenao\n" +
+        lines + "fim\nf()\nfim\n");
     for (bool exactly : {false, true}) {
         Machine machine(script);
         if (exactly) VmTesting::RunExactly(machine.vm);
-        EXPECT_TRUE(machine.vm.Start() && machine.Tick());
-        EXPECT_EQ(machine.vm.used, 40'003U);
-        EXPECT_EQ(machine.vm.globals[0].Int(), 20'000);
+        for (const std::uint64_t used : {10U, 40'007U}) {
+            EXPECT_TRUE(machine.vm.Start() && machine.Tick());
+            EXPECT_EQ(machine.vm.used, used);
+        }
+        EXPECT_EQ(machine.vm.globals[0].Int(), 30'000);
     }
 }
 
