@@ -69,7 +69,7 @@ public:
         if (!Full()) symbols.push_back({name, std::move(detail), kind, span});
     }
 
-    void AddSection(const Section& section, const std::string& container) {
+    void Collect(const Section& section, const std::string& container) {
         AddVariables(section.constants, container + "constante ");
         AddVariables(section.state, container + "estado ");
         AddVariables(section.visual, container + "visual ");
@@ -121,9 +121,9 @@ std::size_t StartOfWord(const std::string& text, std::size_t place) {
 
 std::vector<Symbol> Symbols(const Unit& unit) {
     Collector collector(unit);
-    collector.AddSection(unit.module, "");
+    collector.Collect(unit.module, "");
     for (const Section& behaviour : unit.behaviours) {
-        collector.AddSection(behaviour, "comportamento " + behaviour.name + ": ");
+        collector.Collect(behaviour, "comportamento " + behaviour.name + ": ");
     }
     for (const auto& record : unit.records) {
         collector.Add(record.name, "registro " + record.name, StructItem, record.span);
