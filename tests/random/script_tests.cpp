@@ -88,7 +88,7 @@ struct Used {
 
 TEST(RandomScripts, CompileFormatAndRunTheSame) {
     const std::uint64_t first = NumberFrom("TAVREL_RANDOM_FIRST", 0);
-    const std::uint64_t count = NumberFrom("TAVREL_RANDOM_SCRIPTS", 100);
+    const std::uint64_t count = NumberFrom("TAVREL_RANDOM_SCRIPTS", 50);
     for (std::uint64_t seed = first; seed < first + count; ++seed) {
         for (const bool world : {false, true}) {
             const std::string text = RandomScript(seed, world);
