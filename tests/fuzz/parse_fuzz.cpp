@@ -24,13 +24,15 @@ void CheckTokens(const SourceFile& source, const TokenList& list) {
     Require(list.tokens[list.tokens.size() - 2].kind == Tok::Newline);
 }
 
-// A child stands before its parent; -1 is none.
-void CheckChild(std::int32_t child, std::size_t parent) {
-    Require(child >= -1 && child < static_cast<std::int32_t>(parent));
+// A child stands before its parent.
+template <class Entry>
+void CheckChild(Index<Entry> child, std::size_t parent) {
+    Require(child.value >= -1 && (!child || child.Number() < parent));
 }
 
-void CheckChildren(const Unit& unit, IndexList list, std::size_t parent) {
-    for (const std::int32_t child : unit.Indices(list)) CheckChild(child, parent);
+template <class Entry>
+void CheckChildren(std::span<const Index<Entry>> children, std::size_t parent) {
+    for (const Index<Entry> child : children) CheckChild(child, parent);
 }
 
 void CheckExprs(const Unit& unit) {
@@ -38,8 +40,8 @@ void CheckExprs(const Unit& unit) {
         const Expr& expr = unit.exprs[i];
         CheckChild(expr.left, i);
         CheckChild(expr.right, i);
-        CheckChildren(unit, expr.items, i);
-        CheckChildren(unit, expr.keys, i);
+        CheckChildren(unit.Items(expr.items), i);
+        CheckChildren(unit.Items(expr.keys), i);
         Require(expr.span.start <= expr.span.end && expr.span.end <= unit.source.text.size());
     }
 }
@@ -47,10 +49,10 @@ void CheckExprs(const Unit& unit) {
 void CheckStmts(const Unit& unit) {
     for (std::size_t i = 0; i < unit.stmts.size(); ++i) {
         const Stmt& stmt = unit.stmts[i];
-        CheckChildren(unit, stmt.body, i);
-        CheckChildren(unit, stmt.elseBody, i);
-        for (const Branch& branch : unit.Branches(stmt.branches)) CheckChildren(unit, branch.body, i);
-        for (const std::int32_t expr : {stmt.value, stmt.target, stmt.from, stmt.to, stmt.step}) {
+        CheckChildren(unit.Statements(stmt.body), i);
+        CheckChildren(unit.Statements(stmt.elseBody), i);
+        for (const Branch& branch : unit.Branches(stmt.branches)) CheckChildren(unit.Statements(branch.body), i);
+        for (const ExprId expr : {stmt.value, stmt.target, stmt.from, stmt.to, stmt.step}) {
             CheckChild(expr, unit.exprs.size());
         }
         CheckChild(stmt.type, unit.types.size());

@@ -35,7 +35,7 @@ Arguments Compiler::CompileArguments(const Expr& call) {
     Arguments arguments;
     arguments.types.reserve(static_cast<std::size_t>(call.items.count));
     arguments.offsets.reserve(static_cast<std::size_t>(call.items.count) + 1);
-    for (std::int32_t item : unit->Indices(call.items)) {
+    for (std::int32_t item : unit->Items(call.items)) {
         arguments.offsets.push_back(CodeSize());
         TypeId type = CompileExpr(item);
         arguments.types.push_back(RejectSpace(item, type) ? FailedType : type);
@@ -56,7 +56,7 @@ bool Compiler::RejectLabels(const Expr& call, std::string_view name) {
 
 // For a call that is refused: its arguments still show their own faults.
 void Compiler::CompileForErrors(const Expr& call) {
-    for (std::int32_t item : unit->Indices(call.items)) CompileExpr(item);
+    for (std::int32_t item : unit->Items(call.items)) CompileExpr(item);
 }
 
 TypeId Compiler::CompileUserCall(const Expr& call, std::int32_t entry, std::string_view name) {
@@ -79,7 +79,7 @@ TypeId Compiler::CompileUserCall(const Expr& call, std::int32_t entry, std::stri
 }
 
 void Compiler::CompileUserArgument(const Expr& call, std::size_t index, TypeId wanted, std::string_view name) {
-    std::int32_t item = unit->Indices(call.items)[index];
+    std::int32_t item = unit->Items(call.items)[index];
     TypeId type = CompileValue(item, wanted);
     if (type == FailedType || wanted == FailedType || type == wanted) return;
     Error(SpanOf(item), "o argumento " + std::to_string(index + 1) + " de " + Quoted(name) + " e " + TypeName(wanted) +

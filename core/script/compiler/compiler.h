@@ -21,8 +21,6 @@
 
 namespace tavrel::core::script {
 
-using TypeId = std::int32_t;
-
 // What a name stands for.
 enum class PlaceKind : std::int32_t { None = 0, Local = 1, Field = 2, Global = 3 };
 
@@ -229,7 +227,7 @@ private:
     void AnalyzePermissions();
     void MergeHookCalls(const Section& section, std::int32_t owner);
     void PropagatePermits();
-    [[nodiscard]] std::vector<std::int32_t> CollectCalls(const Unit& where, IndexList exprs, std::int32_t owner);
+    [[nodiscard]] std::vector<std::int32_t> CollectCalls(const Unit& where, Slice<Expr> exprs, std::int32_t owner);
     bool CheckHooks(HookMask allowed, Span span, const std::string& name, bool effect);
     bool CheckWrite(const Place& place, Span span, const std::string& name);
     void RefuseWrite(const Place& place, Span span, const std::string& name);
@@ -371,7 +369,7 @@ private:
     void BeginFunction(std::int32_t newFunction, std::int32_t owner, const Permits& newPermits, TypeId result);
     void EndFunction(Span span);
     void CompileParams(const std::vector<Param>& params);
-    void CompileBlock(IndexList block);
+    void CompileBlock(Block block);
     void CompileStatement(const Stmt& stmt);
     void CompileDeclare(const Stmt& stmt);
     void CompileIf(const Stmt& stmt);
@@ -379,7 +377,7 @@ private:
     void CompileReturn(const Stmt& stmt);
     void CompileSwitch(const Stmt& stmt);
     void CompileCaseTests(const Branch& branch, TypeId subject, std::int32_t slot, std::vector<std::int32_t>& hits);
-    [[nodiscard]] bool AlwaysReturns(IndexList block) const;
+    [[nodiscard]] bool AlwaysReturns(Block block) const;
     void CompileAssign(const Stmt& stmt);
     void AssignName(const Stmt& stmt, const Expr& target);
     void AssignIndex(const Stmt& stmt, const Expr& target);
@@ -396,7 +394,7 @@ private:
     void CompileFor(const Stmt& stmt);
     void CompileForPart(std::int32_t expr, const char* message);
     std::int32_t EmitForTest(std::int32_t item, std::int32_t end, std::int32_t step, Span span);
-    void CompileLoopBody(IndexList body);
+    void CompileLoopBody(Block body);
     void CloseLoop(std::size_t start, std::int32_t exit, Span span);
     void CompileHook(const HookDecl& hook, std::int32_t owner);
     void CheckHookParams(const HookDecl& hook);

@@ -47,11 +47,11 @@ std::int32_t Compiler::LeftOperand(const Expr& expr) {
         case ExprKind::Binary:
         case ExprKind::Logic:
         case ExprKind::Index: return expr.left;
-        case ExprKind::Field: return IsInputReading(expr) || IsEventReading(expr) ? -1 : expr.left;
+        case ExprKind::Field: return IsInputReading(expr) || IsEventReading(expr) ? ExprId() : expr.left;
         case ExprKind::Call: {
             const Expr& callee = ExprAt(expr.left);
             bool receiver = callee.kind == ExprKind::Field && !IsCommand(callee) && !IsEmission(callee);
-            return receiver ? callee.left : -1;
+            return receiver ? callee.left : ExprId();
         }
         default: return -1;
     }
@@ -214,7 +214,7 @@ bool Compiler::Fits(const Expr& call, Arguments& arguments, std::size_t index, T
     if (index >= arguments.types.size()) return false;
     TypeId& type = arguments.types[index];
     if (wanted == RealType && type == IntType) {
-        std::int32_t expr = unit->Indices(call.items)[index];
+        std::int32_t expr = unit->Items(call.items)[index];
         type = AsReal(arguments.offsets[index], arguments.offsets[index + 1], type, wanted, expr);
     }
     return type == wanted;

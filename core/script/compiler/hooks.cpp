@@ -27,7 +27,7 @@ constexpr HookForm HookForms[] = {
 void Compiler::CompileHook(const HookDecl& hook, std::int32_t owner) {
     std::string name = HookName(hook.kind);
     auto params = static_cast<std::int32_t>(hook.params.size());
-    std::int32_t* hooks = program->hooks.data();
+    FunctionId* hooks = program->hooks.data();
     if (owner >= 0) {
         BehaviourInfo& info = program->behaviours[static_cast<std::size_t>(owner)];
         name += " de " + info.name;

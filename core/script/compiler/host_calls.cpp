@@ -40,7 +40,7 @@ TypeId Compiler::MissingHost(const Expr& call, const std::string& space, const s
 // Gives each argument its parameter: positions first, then names. False when anything was reported.
 bool Compiler::PlaceArguments(const Expr& call, const HostSignature& signature, const std::string& fullName,
                               std::vector<std::int32_t>& slots) {
-    std::span<const std::int32_t> items = unit->Indices(call.items);
+    std::span<const ExprId> items = unit->Items(call.items);
     std::span<const std::string_view> labels = unit->Labels(call.labels);
     bool good = true;
     bool labelled = false;
@@ -70,7 +70,7 @@ bool Compiler::PlaceArguments(const Expr& call, const HostSignature& signature, 
 
 bool Compiler::PlaceLabelled(const Expr& call, std::size_t argument, const HostSignature& signature,
                              const std::string& fullName, std::vector<std::int32_t>& slots) {
-    std::int32_t item = unit->Indices(call.items)[argument];
+    std::int32_t item = unit->Items(call.items)[argument];
     std::string_view label = unit->Labels(call.labels)[argument];
     std::string folded = FoldName(label);
     for (std::size_t i = 0; i < slots.size(); ++i) {

@@ -89,7 +89,7 @@ bool Compiler::CompilePlayer(const Expr& root, Span span) {
               "o jogador 1 e \"entrada\" sem parenteses");
         return false;
     }
-    std::int32_t player = unit->Indices(root.items)[0];
+    std::int32_t player = unit->Items(root.items)[0];
     TypeId type = CompileValue(player, IntType);
     if (type != FailedType && type != IntType) {
         Error(SpanOf(player), "o jogador e um inteiro, e veio " + TypeName(type));
@@ -148,7 +148,7 @@ TypeId Compiler::CompileCommand(const Expr& call) {
         return FailedType;
     }
     EmitText(action.text, call.span);
-    std::int32_t item = unit->Indices(call.items)[0];
+    std::int32_t item = unit->Items(call.items)[0];
     TypeId type = CompileValue(item, RealType);
     if (type != FailedType && type != RealType) {
         Error(SpanOf(item), "o valor de um comando e um real, e veio " + TypeName(type));
@@ -196,7 +196,7 @@ TypeId Compiler::CompileEmission(const Expr& call) {
     EmitInt(1, call.span);
     Emit(Op::AddInt, call.span);
     EmitIndexed(Op::StoreGlobal, event->countGlobal, call.span);
-    std::int32_t item = unit->Indices(call.items)[0];
+    std::int32_t item = unit->Items(call.items)[0];
     TypeId type = CompileValue(item, event->type);
     if (type != FailedType && type != event->type) {
         Error(SpanOf(item),

@@ -22,7 +22,7 @@ TypeId Compiler::CompileElement(std::int32_t expr) {
 
 TypeId Compiler::CompileListLit(const Expr& expr) {
     if (expr.items.count == 0) return FailedType;
-    std::span<const std::int32_t> items = unit->Indices(expr.items);
+    std::span<const ExprId> items = unit->Items(expr.items);
     TypeId element = CompileElement(items[0]);
     for (std::int32_t item : items.subspan(1)) {
         TypeId type = CompileElement(item);
@@ -41,8 +41,8 @@ TypeId Compiler::CompileListLit(const Expr& expr) {
 
 TypeId Compiler::CompileDictLit(const Expr& expr) {
     if (expr.items.count == 0) return FailedType;
-    std::span<const std::int32_t> keys = unit->Indices(expr.keys);
-    std::span<const std::int32_t> values = unit->Indices(expr.items);
+    std::span<const ExprId> keys = unit->Items(expr.keys);
+    std::span<const ExprId> values = unit->Items(expr.items);
     TypeId key = FailedType;
     TypeId value = FailedType;
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -113,7 +113,7 @@ TypeId Compiler::ConstructText(const Expr& expr, const Arguments& arguments) {
         Error(expr.span, ConversionForm("texto(um valor)"));
         return FailedType;
     }
-    if (RejectProcedure(unit->Indices(expr.items)[0], arguments.types[0])) return FailedType;
+    if (RejectProcedure(unit->Items(expr.items)[0], arguments.types[0])) return FailedType;
     if (arguments.types[0] != TextType) EmitNative(Native::ToText, 1, expr.span);
     return TextType;
 }
@@ -124,7 +124,7 @@ TypeId Compiler::ConstructVector(const Expr& expr, Arguments& arguments) {
     for (std::size_t i = 0; i < arguments.types.size(); ++i) {
         TypeId type = arguments.types[i];
         if (type == RealType) continue;
-        Error(SpanOf(unit->Indices(expr.items)[i]), "cada valor aqui e um real, e este e " + TypeName(type),
+        Error(SpanOf(unit->Items(expr.items)[i]), "cada valor aqui e um real, e este e " + TypeName(type),
               type == IntType ? "escreva real(...) ou ponha um ponto no numero" : "");
         return FailedType;
     }

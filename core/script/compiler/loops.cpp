@@ -26,7 +26,7 @@ void Compiler::CompileWhile(const Stmt& stmt) {
 }
 
 // Leaves the loop open behind its body, where "continue" goes on.
-void Compiler::CompileLoopBody(IndexList body) {
+void Compiler::CompileLoopBody(Block body) {
     loops.emplace_back();
     CompileBlock(body);
     PatchJumps(loops.back().continues);

@@ -176,7 +176,7 @@ TypeId Compiler::CompileFormat(NativeCall& native) {
     if (native.Count() > MostArguments) return RefuseNative(native, "formatar com ate 254 valores");
     bool good = true;
     for (std::size_t i = 1; i < native.Count(); ++i) {
-        good = !RejectProcedure(unit->Indices(native.call.items)[i], native.Type(i)) && good;
+        good = !RejectProcedure(unit->Items(native.call.items)[i], native.Type(i)) && good;
     }
     return good ? EmitNativeCall(native, Native::Format, TextType) : FailedType;
 }
@@ -225,7 +225,7 @@ TypeId Compiler::CompileFloatNative(NativeCall& native, Native number, std::size
     for (std::size_t i = 0; i < count; ++i) {
         TypeId type = native.Type(i);
         if (type == RealType) continue;
-        Error(SpanOf(unit->Indices(native.call.items)[i]),
+        Error(SpanOf(unit->Items(native.call.items)[i]),
               Quoted(native.name) + " trabalha com real, e este e " + TypeName(type),
               type == IntType ? "escreva real(...)" : "");
         return FailedType;

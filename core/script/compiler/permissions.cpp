@@ -119,7 +119,7 @@ void Compiler::PropagatePermits() {
 }
 
 // The entries that the expressions of a body call by name, ascending. Methods and calls of the world add nothing.
-std::vector<std::int32_t> Compiler::CollectCalls(const Unit& where, IndexList exprs, std::int32_t owner) {
+std::vector<std::int32_t> Compiler::CollectCalls(const Unit& where, Slice<Expr> exprs, std::int32_t owner) {
     std::vector<std::int32_t> calls;
     for (const Expr& expr : where.Exprs(exprs)) {
         if (expr.kind != ExprKind::Call) continue;

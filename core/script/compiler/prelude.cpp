@@ -173,7 +173,7 @@ TypeId Compiler::ApiType(const std::string& text, const std::string& context) {
     auto known = apiTypes.find(text);
     if (known != apiTypes.end()) return known->second;
     std::size_t before = diagnostics->items.size();
-    std::int32_t reference = -1;
+    TypeRefId reference;
     if (!ParseTypeText(text, units[0], *diagnostics, reference)) {
         diagnostics->CutTo(before);
         ApiError(context, "o tipo " + Quoted(text) + " nao existe nesta linguagem");

@@ -56,9 +56,9 @@ void Compiler::CompileParams(const std::vector<Param>& params) {
     }
 }
 
-void Compiler::CompileBlock(IndexList block) {
+void Compiler::CompileBlock(Block block) {
     PushScope();
-    for (std::int32_t stmt : unit->Indices(block)) CompileStatement(unit->stmts[static_cast<std::size_t>(stmt)]);
+    for (std::int32_t stmt : unit->Statements(block)) CompileStatement(unit->stmts[static_cast<std::size_t>(stmt)]);
     CloseScope();
 }
 
@@ -168,7 +168,7 @@ void Compiler::CompileSwitch(const Stmt& stmt) {
 // `hits` takes the jumps of the values that match.
 void Compiler::CompileCaseTests(const Branch& branch, TypeId subject, std::int32_t slot,
                                 std::vector<std::int32_t>& hits) {
-    for (std::int32_t value : unit->Indices(branch.values)) {
+    for (std::int32_t value : unit->Items(branch.values)) {
         EmitIndexed(Op::LoadLocal, slot, branch.span);
         TypeId type = CompileValue(value, subject);
         if (type != FailedType && subject != FailedType && type != subject) {
@@ -181,9 +181,9 @@ void Compiler::CompileCaseTests(const Branch& branch, TypeId subject, std::int32
     }
 }
 
-bool Compiler::AlwaysReturns(IndexList block) const {
+bool Compiler::AlwaysReturns(Block block) const {
     if (block.count == 0) return false;
-    std::int32_t last = unit->Indices(block).back();
+    std::int32_t last = unit->Statements(block).back();
     const Stmt& stmt = unit->stmts[static_cast<std::size_t>(last)];
     if (stmt.kind == StmtKind::Return) return true;
     if (stmt.kind != StmtKind::If && stmt.kind != StmtKind::Switch) return false;

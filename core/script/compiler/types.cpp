@@ -89,7 +89,7 @@ TypeId Compiler::ResolveType(const Unit& where, std::int32_t typeRef) {
     if (typeRef < 0) return FailedType;
     const TypeRef& reference = where.types[static_cast<std::size_t>(typeRef)];
     if (reference.kind >= Tok::Inteiro && reference.kind <= Tok::Som) {
-        return IntType + static_cast<TypeId>(reference.kind) - static_cast<TypeId>(Tok::Inteiro);
+        return TypeId(IntType.value + static_cast<std::int32_t>(reference.kind) - static_cast<std::int32_t>(Tok::Inteiro));
     }
     if (reference.kind == Tok::Lista) {
         TypeId element = ResolveType(where, reference.element);

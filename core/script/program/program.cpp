@@ -28,11 +28,6 @@ static_assert(std::size(NativeNames) == static_cast<std::size_t>(Native::Count))
 
 }  // namespace
 
-Program::Program() {
-    hooks.fill(-1);
-    reserved.fill(-1);
-}
-
 bool Program::Calls(Native native) const {
     auto calls = [native](const Instruction& instruction) {
         return instruction.op == static_cast<std::uint8_t>(Op::CallNative) &&

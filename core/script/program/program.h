@@ -1,6 +1,7 @@
 // A compiled program: one plain value that holds everything the runtime, the state writer and the digest need, and
-// nothing of the syntax tree. All references inside it are indices into its own vectors. The compiler fills it; after
-// a clean compile nothing changes it, and any number of machines may run it by const reference.
+// nothing of the syntax tree. All references inside it are indices into its own vectors, each of a type of its own. The
+// compiler fills it; after a clean compile nothing changes it, and any number of machines may run it by const
+// reference.
 #pragma once
 
 #include <array>
@@ -37,19 +38,37 @@ struct Instruction {
     std::uint32_t c = 0;
 };
 
+struct ActionInfo;
+struct BehaviourInfo;
+struct EnumInfo;
+struct EventInfo;
+struct Function;
+struct GlobalInfo;
+struct RecordInfo;
+
+// Into the vectors of a Program.
+using ActionId = Index<ActionInfo>;
+using BehaviourId = Index<BehaviourInfo>;
+using EnumId = Index<EnumInfo>;
+using EventId = Index<EventInfo>;
+using FileId = Index<SourceFile>;
+using FunctionId = Index<Function>;
+using GlobalId = Index<GlobalInfo>;
+using RecordId = Index<RecordInfo>;
+
 struct Function {
     std::string name;
     std::int32_t params = 0;           // arguments on the stack, the instance of a behaviour included
     std::int32_t locals = 0;           // the greatest number of slots live at once, arguments included
-    std::int32_t returnType = 1;       // into types; 1 for no result
+    TypeId returnType = NothingType;   // of the result; NothingType for none
     std::vector<Instruction> code;     // always ends with a Return
     std::vector<std::uint32_t> spans;  // source offset of each instruction
-    std::int32_t file = 0;             // into Program::sources
+    FileId file{0};
 };
 
 struct GlobalInfo {
     std::string name;
-    std::int32_t type = 0;
+    TypeId type = FailedType;
     GlobalCategory category = GlobalCategory::Constant;
     bool published = false;
 };
@@ -58,8 +77,8 @@ struct GlobalInfo {
 struct RecordInfo {
     std::string name;
     std::vector<std::string> fieldNames;
-    std::vector<std::int32_t> fieldTypes;
-    std::int32_t behaviour = -1;
+    std::vector<TypeId> fieldTypes;
+    BehaviourId behaviour;  // none but for the instance record of one
 };
 
 // A member's number is its index here.
@@ -76,18 +95,16 @@ struct ActionInfo {
 
 struct EventInfo {
     std::string name;
-    std::int32_t type = 0;          // of the payload
-    std::int32_t countGlobal = -1;  // into globals, as the two below
-    std::int32_t valueGlobal = -1;
-    std::int32_t seenGlobal = -1;
+    TypeId type = FailedType;  // of the payload
+    GlobalId countGlobal;
+    GlobalId valueGlobal;
+    GlobalId seenGlobal;
 };
 
 struct BehaviourInfo {
-    BehaviourInfo() { hooks.fill(-1); }
-
     std::string name;
     std::vector<std::string> fieldNames;  // "eu", "meu_corpo", parameters, state, visual, map-derived fields
-    std::vector<std::int32_t> fieldTypes;
+    std::vector<TypeId> fieldTypes;
     std::vector<GlobalCategory> fieldCategories;
     std::vector<bool> fieldPublished;  // "publico" or "privado"
     std::vector<bool> fieldPrivate;    // "privado"
@@ -95,14 +112,12 @@ struct BehaviourInfo {
     std::int32_t parameterCount = 0;
     std::int32_t stateFirst = 0;
     std::int32_t stateCount = 0;
-    std::int32_t record = -1;                   // into records: the instance record
-    std::array<std::int32_t, HookCount> hooks;  // into functions, by HookKind
-    std::int32_t initializer = -1;              // into functions; takes the instance
+    RecordId record;                          // the instance record
+    std::array<FunctionId, HookCount> hooks;  // by HookKind
+    FunctionId initializer;                   // takes the instance
 };
 
 struct Program {
-    Program();
-
     std::string name;                 // of the main script's module
     std::vector<SourceFile> sources;  // in unit order
     std::vector<Function> functions;
@@ -112,14 +127,26 @@ struct Program {
     std::vector<ActionInfo> actions;
     std::vector<EventInfo> events;
     std::vector<BehaviourInfo> behaviours;
-    std::vector<std::int64_t> integers;                        // pool of PushInt
-    std::vector<std::string> texts;                            // pool of PushText and Raise
-    std::array<std::int32_t, HookCount> hooks;                 // into functions, by HookKind; -1 for none
-    std::array<std::int32_t, ReservedFunctionCount> reserved;  // into functions, by ReservedFunction; -1 for none
-    std::int32_t initializer = -1;                             // the function that computes the initial values
-    std::string progressKey;                                   // file extension of the saved progress; may be empty
+    std::vector<std::int64_t> integers;                      // pool of PushInt
+    std::vector<std::string> texts;                          // pool of PushText and Raise
+    std::array<FunctionId, HookCount> hooks;                 // by HookKind; none where the module has no such hook
+    std::array<FunctionId, ReservedFunctionCount> reserved;  // by ReservedFunction
+    FunctionId initializer;                                  // computes the initial values
+    std::string progressKey;                                 // file extension of the saved progress; may be empty
     TypeTable types;
     Digest digest{};  // zero until a clean compile
+
+    // The entry under an index, which points at one.
+    [[nodiscard]] Function& At(FunctionId function) { return functions[function.Number()]; }
+    [[nodiscard]] const Function& At(FunctionId function) const { return functions[function.Number()]; }
+    [[nodiscard]] const GlobalInfo& At(GlobalId global) const { return globals[global.Number()]; }
+    [[nodiscard]] RecordInfo& At(RecordId record) { return records[record.Number()]; }
+    [[nodiscard]] const RecordInfo& At(RecordId record) const { return records[record.Number()]; }
+    [[nodiscard]] const EnumInfo& At(EnumId enumeration) const { return enums[enumeration.Number()]; }
+    [[nodiscard]] const EventInfo& At(EventId event) const { return events[event.Number()]; }
+    [[nodiscard]] BehaviourInfo& At(BehaviourId behaviour) { return behaviours[behaviour.Number()]; }
+    [[nodiscard]] const BehaviourInfo& At(BehaviourId behaviour) const { return behaviours[behaviour.Number()]; }
+    [[nodiscard]] const SourceFile& At(FileId file) const { return sources[file.Number()]; }
 
     // Whether any instruction calls that native.
     [[nodiscard]] bool Calls(Native native) const;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* BuiltInWords[] = {"?",      "nada",   "inteiro", "real",   "logico", "texto",
                                         "vetor2", "vetor3", "cor",     "objeto", "corpo",  "som"};
-static_assert(std::size(BuiltInWords) == static_cast<std::size_t>(SoundType) + 1);
+static_assert(std::size(BuiltInWords) == SoundType.Number() + 1);
 
 }  // namespace
 
@@ -21,12 +21,12 @@ TypeTable::TypeTable() {
     }
 }
 
-const TypeInfo& TypeTable::At(std::int32_t id) const {
-    bool known = id >= 0 && static_cast<std::size_t>(id) < entries.size();
-    return entries[known ? static_cast<std::size_t>(id) : 0];
+const TypeInfo& TypeTable::At(TypeId id) const {
+    bool known = id && id.Number() < entries.size();
+    return entries[known ? id.Number() : 0];
 }
 
-bool TypeTable::Comparable(std::int32_t id) const {
+bool TypeTable::Comparable(TypeId id) const {
     switch (KindOf(id)) {
         case Kind::Int:
         case Kind::Real:
@@ -40,17 +40,17 @@ bool TypeTable::Comparable(std::int32_t id) const {
     }
 }
 
-bool TypeTable::Ordered(std::int32_t id) const {
+bool TypeTable::Ordered(TypeId id) const {
     Kind kind = KindOf(id);
     return kind == Kind::Int || kind == Kind::Real || kind == Kind::Text;
 }
 
-bool TypeTable::Reference(std::int32_t id) const {
+bool TypeTable::Reference(TypeId id) const {
     Kind kind = KindOf(id);
     return kind == Kind::Text || kind == Kind::List || kind == Kind::Dict || kind == Kind::Record;
 }
 
-std::string TypeTable::Name(std::int32_t id) const {
+std::string TypeTable::Name(TypeId id) const {
     std::string name;
     // A key is comparable and so has a plain name: only the element nests, and a loop follows it.
     const TypeInfo* type = &At(id);
@@ -69,8 +69,8 @@ std::size_t TypeTable::KeyHash::operator()(const Key& key) const {
 }
 
 // The name may be as long as a script, and one type is asked for with every function: only a new entry copies it.
-std::int32_t TypeTable::Intern(const Key& key, TypeInfo entry, const std::string& name) {
-    auto [place, isNew] = ids.try_emplace(key, static_cast<std::int32_t>(entries.size()));
+TypeId TypeTable::Intern(const Key& key, TypeInfo entry, const std::string& name) {
+    auto [place, isNew] = ids.try_emplace(key, TypeId(entries.size()));
     if (isNew) {
         entry.name = name;
         entries.push_back(std::move(entry));
@@ -78,23 +78,24 @@ std::int32_t TypeTable::Intern(const Key& key, TypeInfo entry, const std::string
     return place->second;
 }
 
-std::int32_t TypeTable::List(std::int32_t element) {
-    return Intern({Kind::List, 0, element}, {.kind = Kind::List, .element = element, .name = {}}, {});
+TypeId TypeTable::List(TypeId element) {
+    return Intern({Kind::List, 0, element.value}, {.kind = Kind::List, .element = element, .name = {}}, {});
 }
 
-std::int32_t TypeTable::Dict(std::int32_t key, std::int32_t value) {
-    return Intern({Kind::Dict, key, value}, {.kind = Kind::Dict, .element = value, .key = key, .name = {}}, {});
+TypeId TypeTable::Dict(TypeId key, TypeId value) {
+    return Intern({Kind::Dict, key.value, value.value}, {.kind = Kind::Dict, .element = value, .key = key, .name = {}},
+                  {});
 }
 
-std::int32_t TypeTable::Record(std::int32_t index, const std::string& name) {
+TypeId TypeTable::Record(std::int32_t index, const std::string& name) {
     return Intern({Kind::Record, index, 0}, {.kind = Kind::Record, .index = index, .name = {}}, name);
 }
 
-std::int32_t TypeTable::Enum(std::int32_t index, const std::string& name) {
+TypeId TypeTable::Enum(std::int32_t index, const std::string& name) {
     return Intern({Kind::Enum, index, 0}, {.kind = Kind::Enum, .index = index, .name = {}}, name);
 }
 
-std::int32_t TypeTable::Space(std::int32_t index, const std::string& name) {
+TypeId TypeTable::Space(std::int32_t index, const std::string& name) {
     return Intern({Kind::Space, index, 0}, {.kind = Kind::Space, .space = index, .name = {}}, name);
 }
 

@@ -83,7 +83,7 @@ bool Translator::TranslateHotNative(Native native) {
         operands.resize(operands.size() - 3);
         const std::uint32_t a = Destination(true, flags);
         Emit(FastOp::DictObtain, a, SlotAt(operands.size()), 0, flags);
-        PushResult({Kind::Unknown, false, type.kind == Kind::Dict ? type.element : -1, 0});
+        PushResult({Kind::Unknown, false, type.kind == Kind::Dict ? type.element.value : -1, 0});
         return true;
     }
     const bool plain = shape.arguments == 1 && shape.kinds[0] == Kind::Unknown && shape.result != Kind::Unknown &&

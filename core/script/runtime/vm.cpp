@@ -136,7 +136,7 @@ bool Vm::Starves(std::uint64_t more) {
 // that no compiler made a record may hold itself: its default passes any limit.
 void Vm::FillRecord(std::int32_t record, Value& out, int depth) {
     if (record < 0 || static_cast<std::size_t>(record) >= program->records.size()) return;
-    const std::vector<std::int32_t>& types = program->records[static_cast<std::size_t>(record)].fieldTypes;
+    const std::vector<TypeId>& types = program->records[static_cast<std::size_t>(record)].fieldTypes;
     if (depth > MaxRecordDepth) starved = true;
     if (starved || Starves(Heap::ObjectCost + Heap::ItemCost * types.size())) return;
     const auto object = static_cast<std::uint32_t>(heap.NewRecord(record, types.size()));

@@ -2,7 +2,6 @@
 // goes on, so that one run shows as many faults as the collection holds.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 #include "core/script/source/diagnostics.h"
@@ -20,6 +19,6 @@ inline constexpr int MaxNesting = 500;
 
 // Reads one written type out of `text`, a row of the world's table, and appends it to the types of `unit`; its index
 // goes to `out`. False when the text is no type, which is reported against a source named "<api>".
-[[nodiscard]] bool ParseTypeText(const std::string& text, Unit& unit, Diagnostics& diagnostics, std::int32_t& out);
+[[nodiscard]] bool ParseTypeText(const std::string& text, Unit& unit, Diagnostics& diagnostics, TypeRefId& out);
 
 }  // namespace tavrel::core::script

@@ -73,7 +73,7 @@ void Parser::ParseFunction(Section& section) {
     EndOfLine();
     function.body = ParseBody(function.bodyExprs);
     ExpectEnd(function.isProcedure ? "procedimento" : "funcao");
-    section.functions.push_back(CountOf(unit->functions.size()));
+    section.functions.emplace_back(unit->functions.size());
     unit->functions.push_back(std::move(function));
 }
 

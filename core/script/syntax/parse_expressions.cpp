@@ -28,32 +28,32 @@ Expr MakeExpr(ExprKind kind, Span span) {
 
 }  // namespace
 
-std::int32_t Parser::ParseOr() {
+ExprId Parser::ParseOr() {
     if (!Enter()) return AddPlaceholder();
-    std::int32_t left = ParseAnd();
+    ExprId left = ParseAnd();
     while (Match(Tok::Ou)) left = AddPair(ExprKind::Logic, Tok::Ou, left, ParseAnd());
     Leave();
     return left;
 }
 
-std::int32_t Parser::ParseAnd() {
-    std::int32_t left = ParseNot();
+ExprId Parser::ParseAnd() {
+    ExprId left = ParseNot();
     while (Match(Tok::E)) left = AddPair(ExprKind::Logic, Tok::E, left, ParseNot());
     return left;
 }
 
-std::int32_t Parser::ParseNot() {
+ExprId Parser::ParseNot() {
     if (!Check(Tok::Nao)) return ParseComparison();
     if (!Enter()) return AddPlaceholder();
     const Span span = Here();
     Advance();
-    const std::int32_t operand = ParseNot();
+    const ExprId operand = ParseNot();
     Leave();
     return AddUnary(span, Tok::Nao, operand);
 }
 
-std::int32_t Parser::ParseComparison() {
-    std::int32_t left = ParseSum();
+ExprId Parser::ParseComparison() {
+    ExprId left = ParseSum();
     const Tok op = Current().kind;
     if (!IsComparison(op)) return left;
     Advance();
@@ -66,8 +66,8 @@ std::int32_t Parser::ParseComparison() {
     return left;
 }
 
-std::int32_t Parser::ParseSum() {
-    std::int32_t left = ParseProduct();
+ExprId Parser::ParseSum() {
+    ExprId left = ParseProduct();
     for (Tok op = Current().kind; IsSumOperator(op); op = Current().kind) {
         Advance();
         left = AddPair(ExprKind::Binary, op, left, ParseProduct());
@@ -75,8 +75,8 @@ std::int32_t Parser::ParseSum() {
     return left;
 }
 
-std::int32_t Parser::ParseProduct() {
-    std::int32_t left = ParseUnary();
+ExprId Parser::ParseProduct() {
+    ExprId left = ParseUnary();
     for (Tok op = Current().kind; IsProductOperator(op); op = Current().kind) {
         Advance();
         left = AddPair(ExprKind::Binary, op, left, ParseUnary());
@@ -84,18 +84,18 @@ std::int32_t Parser::ParseProduct() {
     return left;
 }
 
-std::int32_t Parser::ParseUnary() {
+ExprId Parser::ParseUnary() {
     if (!Check(Tok::Minus)) return ParsePostfix();
     if (!Enter()) return AddPlaceholder();
     const Span span = Here();
     Advance();
-    const std::int32_t operand = ParseUnary();
+    const ExprId operand = ParseUnary();
     Leave();
     return AddUnary(span, Tok::Minus, operand);
 }
 
-std::int32_t Parser::ParsePostfix() {
-    std::int32_t expr = ParsePrimary();
+ExprId Parser::ParsePostfix() {
+    ExprId expr = ParsePrimary();
     for (;;) {
         switch (Current().kind) {
             case Tok::Dot: expr = ParseField(expr); break;
@@ -106,7 +106,7 @@ std::int32_t Parser::ParsePostfix() {
     }
 }
 
-std::int32_t Parser::ParsePrimary() {
+ExprId Parser::ParsePrimary() {
     switch (Current().kind) {
         case Tok::IntegerLiteral: return ParseLiteral(ExprKind::Integer);
         case Tok::RealLiteral: return ParseLiteral(ExprKind::Real);
@@ -120,7 +120,7 @@ std::int32_t Parser::ParsePrimary() {
     }
 }
 
-std::int32_t Parser::ParseLiteral(ExprKind kind) {
+ExprId Parser::ParseLiteral(ExprKind kind) {
     const Token& token = Current();
     Expr expr = MakeExpr(kind, token.span);
     if (kind == ExprKind::Integer) expr.integer = token.integer;
@@ -132,33 +132,33 @@ std::int32_t Parser::ParseLiteral(ExprKind kind) {
 }
 
 // Parentheses leave no node and change no span.
-std::int32_t Parser::ParseParentheses() {
+ExprId Parser::ParseParentheses() {
     Advance();
-    const std::int32_t inner = ParseOr();
+    const ExprId inner = ParseOr();
     Expect(Tok::RightParen, "\")\"");
     return inner;
 }
 
 // A type word stands for a value as a conversion, or as a namespace of the world, such as the "som" of "som.tocar".
-std::int32_t Parser::ParseTypeWord() {
+ExprId Parser::ParseTypeWord() {
     if (CheckAhead(1, Tok::LeftParen)) return ParseConversion();
     if (CheckAhead(1, Tok::Dot)) return ParseLiteral(ExprKind::Name);
     return ParseMissingValue();
 }
 
-std::int32_t Parser::ParseMissingValue() {
+ExprId Parser::ParseMissingValue() {
     const char* hint = "";
     if (Check(Tok::Assign)) hint = "faltou o que atribuir";
     if (IsTypeWord(Current().kind)) {
         hint = "um tipo so aparece numa declaracao ou como conversao, com parenteses";
     }
     ErrorExpected("um valor", hint);
-    const std::int32_t value = AddPlaceholder();
+    const ExprId value = AddPlaceholder();
     if (!CheckLineEnd()) Advance();
     return value;
 }
 
-std::int32_t Parser::ParseBrackets() {
+ExprId Parser::ParseBrackets() {
     Expr expr = MakeExpr(ExprKind::List, Here());
     Advance();
     if (Check(Tok::RightBracket)) {
@@ -168,7 +168,7 @@ std::int32_t Parser::ParseBrackets() {
               "declare o tipo: \"pontos: lista de inteiro\"");
         return Add(expr);
     }
-    const std::int32_t first = ParseOr();
+    const ExprId first = ParseOr();
     if (Match(Tok::Colon)) {
         ParseEntries(expr, first);
     } else {
@@ -179,32 +179,32 @@ std::int32_t Parser::ParseBrackets() {
     return Add(expr);
 }
 
-void Parser::ParseElements(Expr& list, std::int32_t first) {
-    const Mark mark = pending.size();
-    pending.push_back(first);
-    while (Match(Tok::Comma) && !Check(Tok::RightBracket)) pending.push_back(ParseOr());
-    list.items = CloseIndices(mark);
+void Parser::ParseElements(Expr& list, ExprId first) {
+    const Mark mark = pendingExprs.size();
+    pendingExprs.push_back(first);
+    while (Match(Tok::Comma) && !Check(Tok::RightBracket)) pendingExprs.push_back(ParseOr());
+    list.items = CloseExprs(mark);
 }
 
 // Keys and values are gathered as they come, in turn, and told apart into their two lists at the end.
-void Parser::ParseEntries(Expr& dictionary, std::int32_t firstKey) {
+void Parser::ParseEntries(Expr& dictionary, ExprId firstKey) {
     dictionary.kind = ExprKind::Dictionary;
-    const Mark mark = pending.size();
-    pending.push_back(firstKey);
+    const Mark mark = pendingExprs.size();
+    pendingExprs.push_back(firstKey);
     for (;;) {
-        pending.push_back(ParseOr());
+        pendingExprs.push_back(ParseOr());
         if (!Match(Tok::Comma) || Check(Tok::RightBracket)) break;
-        pending.push_back(ParseOr());
+        pendingExprs.push_back(ParseOr());
         Expect(Tok::Colon, "\":\" entre a chave e o valor");
     }
-    dictionary.keys = {CountOf(unit->indices.size()), CountOf((pending.size() - mark) / 2)};
-    for (std::size_t at = mark; at < pending.size(); at += 2) unit->indices.push_back(pending[at]);
-    dictionary.items = {CountOf(unit->indices.size()), dictionary.keys.count};
-    for (std::size_t at = mark + 1; at < pending.size(); at += 2) unit->indices.push_back(pending[at]);
-    pending.resize(mark);
+    dictionary.keys = {CountOf(unit->exprLists.size()), CountOf((pendingExprs.size() - mark) / 2)};
+    for (std::size_t at = mark; at < pendingExprs.size(); at += 2) unit->exprLists.push_back(pendingExprs[at]);
+    dictionary.items = {CountOf(unit->exprLists.size()), dictionary.keys.count};
+    for (std::size_t at = mark + 1; at < pendingExprs.size(); at += 2) unit->exprLists.push_back(pendingExprs[at]);
+    pendingExprs.resize(mark);
 }
 
-std::int32_t Parser::ParseField(std::int32_t base) {
+ExprId Parser::ParseField(ExprId base) {
     Advance();
     Expr field = MakeExpr(ExprKind::Field, {SpanOf(base).start, Here().end});
     field.left = base;
@@ -217,7 +217,7 @@ std::int32_t Parser::ParseField(std::int32_t base) {
     return Add(field);
 }
 
-std::int32_t Parser::ParseIndex(std::int32_t base) {
+ExprId Parser::ParseIndex(ExprId base) {
     Expr index = MakeExpr(ExprKind::Index, {SpanOf(base).start, Here().end});
     index.left = base;
     Advance();
@@ -226,14 +226,14 @@ std::int32_t Parser::ParseIndex(std::int32_t base) {
     return Add(index);
 }
 
-std::int32_t Parser::ParseCall(std::int32_t callee) {
+ExprId Parser::ParseCall(ExprId callee) {
     Expr call = MakeExpr(ExprKind::Call, {SpanOf(callee).start, Here().end});
     call.left = callee;
     ParseArguments(call);
     return Add(call);
 }
 
-std::int32_t Parser::ParseConversion() {
+ExprId Parser::ParseConversion() {
     Expr conversion = MakeExpr(ExprKind::Conversion, Here());
     conversion.op = Current().kind;
     Advance();
@@ -244,15 +244,15 @@ std::int32_t Parser::ParseConversion() {
 void Parser::ParseArguments(Expr& call) {
     Expect(Tok::LeftParen, "\"(\"");
     if (Match(Tok::RightParen)) return;
-    const Mark items = pending.size();
+    const Mark items = pendingExprs.size();
     const Mark labels = pendingLabels.size();
     do {
         pendingLabels.push_back(ParseLabel());
-        pending.push_back(ParseOr());
+        pendingExprs.push_back(ParseOr());
     } while (Match(Tok::Comma));
     RaiseEnd(call.span);
     Expect(Tok::RightParen, "\")\"");
-    call.items = CloseIndices(items);
+    call.items = CloseExprs(items);
     call.labels = Close(pendingLabels, labels, unit->labels);
 }
 
@@ -266,7 +266,7 @@ std::string_view Parser::ParseLabel() {
     return label;
 }
 
-std::int32_t Parser::AddPair(ExprKind kind, Tok op, std::int32_t left, std::int32_t right) {
+ExprId Parser::AddPair(ExprKind kind, Tok op, ExprId left, ExprId right) {
     Expr pair = MakeExpr(kind, SpanOf(left));
     pair.span.end = std::max(pair.span.end, SpanOf(right).end);
     pair.op = op;
@@ -275,7 +275,7 @@ std::int32_t Parser::AddPair(ExprKind kind, Tok op, std::int32_t left, std::int3
     return Add(pair);
 }
 
-std::int32_t Parser::AddUnary(Span op, Tok kind, std::int32_t operand) {
+ExprId Parser::AddUnary(Span op, Tok kind, ExprId operand) {
     Expr unary = MakeExpr(ExprKind::Unary, {op.start, SpanOf(operand).end});
     unary.op = kind;
     unary.left = operand;
@@ -283,7 +283,7 @@ std::int32_t Parser::AddUnary(Span op, Tok kind, std::int32_t operand) {
 }
 
 // Stands where no value could be read, so that every index in the tree is good.
-std::int32_t Parser::AddPlaceholder() {
+ExprId Parser::AddPlaceholder() {
     return Add(MakeExpr(ExprKind::Integer, Here()));
 }
 

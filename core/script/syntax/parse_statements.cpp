@@ -14,14 +14,14 @@ Stmt MakeStmt(StmtKind kind, Span span) {
 
 }  // namespace
 
-std::int32_t Parser::ParseStatement() {
+StmtId Parser::ParseStatement() {
     if (!Enter()) return AddExpression(AddPlaceholder());
-    const std::int32_t stmt = ParseStatementByWord();
+    const StmtId stmt = ParseStatementByWord();
     Leave();
     return stmt;
 }
 
-std::int32_t Parser::ParseStatementByWord() {
+StmtId Parser::ParseStatementByWord() {
     switch (Current().kind) {
         case Tok::Se: return ParseIf();
         case Tok::Enquanto: return ParseWhile();
@@ -36,49 +36,49 @@ std::int32_t Parser::ParseStatementByWord() {
 
 // The statements up to the word that closes the block, which is left for the caller. A statement that takes no token
 // loses its line, so that every input comes to an end.
-IndexList Parser::ParseBlock() {
-    const Mark mark = pending.size();
+Block Parser::ParseBlock() {
+    const Mark mark = pendingStmts.size();
     for (;;) {
         SkipNewlines();
         if (Check(Tok::Senao) || Check(Tok::Fim) || Check(Tok::Caso) || Check(Tok::End)) break;
         const std::size_t before = position;
-        pending.push_back(ParseStatement());
+        pendingStmts.push_back(ParseStatement());
         if (position != before) continue;
         RecoverLine();
         if (Check(Tok::End)) break;
     }
-    return CloseIndices(mark);
+    return CloseBlock(mark);
 }
 
-IndexList Parser::ParseBody(IndexList& exprs) {
+Block Parser::ParseBody(Slice<Expr>& exprs) {
     exprs.first = CountOf(unit->exprs.size());
-    const IndexList body = ParseBlock();
+    const Block body = ParseBlock();
     exprs.count = CountOf(unit->exprs.size()) - exprs.first;
     return body;
 }
 
-IndexList Parser::ParseIfBody() {
+Block Parser::ParseIfBody() {
     if (Match(Tok::Newline)) return ParseBlock();
     const bool wasSingleLine = singleLine;
     singleLine = true;
-    const IndexList body = ParseLineBody();
+    const Block body = ParseLineBody();
     singleLine = wasSingleLine;
     return body;
 }
 
 // A body on the line of its head. A statement that ends its line takes the line end with it, and the body goes on.
-IndexList Parser::ParseLineBody() {
-    const Mark mark = pending.size();
+Block Parser::ParseLineBody() {
+    const Mark mark = pendingStmts.size();
     std::size_t before = position;
     do {
         if (Check(Tok::Senao) || Check(Tok::Fim) || CheckLineEnd()) break;
         before = position;
-        pending.push_back(ParseStatement());
+        pendingStmts.push_back(ParseStatement());
     } while (position != before);
-    return CloseIndices(mark);
+    return CloseBlock(mark);
 }
 
-std::int32_t Parser::ParseDeclare() {
+StmtId Parser::ParseDeclare() {
     Stmt stmt = MakeStmt(StmtKind::Declare, Here());
     stmt.name = Current().text;
     Advance();
@@ -90,7 +90,7 @@ std::int32_t Parser::ParseDeclare() {
     return Add(stmt);
 }
 
-std::int32_t Parser::ParseIf() {
+StmtId Parser::ParseIf() {
     Stmt stmt = MakeStmt(StmtKind::If, Here());
     const Mark mark = pendingBranches.size();
     Advance();
@@ -116,7 +116,7 @@ Branch Parser::ParseIfBranch() {
     return branch;
 }
 
-std::int32_t Parser::ParseWhile() {
+StmtId Parser::ParseWhile() {
     Stmt stmt = MakeStmt(StmtKind::While, Here());
     Advance();
     stmt.value = ParseOr();
@@ -124,7 +124,7 @@ std::int32_t Parser::ParseWhile() {
     return Add(stmt);
 }
 
-std::int32_t Parser::ParseLoop() {
+StmtId Parser::ParseLoop() {
     Stmt stmt = MakeStmt(StmtKind::For, Here());
     Advance();
     if (MatchWord("cada")) stmt.kind = StmtKind::ForEach;
@@ -165,7 +165,7 @@ void Parser::ParseLoopBody(Stmt& stmt, const char* what) {
     ExpectEnd(what);
 }
 
-std::int32_t Parser::ParseSwitch() {
+StmtId Parser::ParseSwitch() {
     Stmt stmt = MakeStmt(StmtKind::Switch, Here());
     Advance();
     stmt.value = ParseOr();
@@ -191,17 +191,17 @@ Branch Parser::ParseCase() {
     Branch branch;
     branch.span = Here();
     Advance();
-    const Mark mark = pending.size();
+    const Mark mark = pendingExprs.size();
     do {
-        pending.push_back(ParseOr());
+        pendingExprs.push_back(ParseOr());
     } while (Match(Tok::Comma));
-    branch.values = CloseIndices(mark);
+    branch.values = CloseExprs(mark);
     EndOfLine();
     branch.body = ParseBlock();
     return branch;
 }
 
-std::int32_t Parser::ParseJump(StmtKind kind) {
+StmtId Parser::ParseJump(StmtKind kind) {
     const Span word = Here();
     Advance();
     if (loopDepth == 0) {
@@ -212,7 +212,7 @@ std::int32_t Parser::ParseJump(StmtKind kind) {
     return Add(MakeStmt(kind, word));
 }
 
-std::int32_t Parser::ParseReturn() {
+StmtId Parser::ParseReturn() {
     Stmt stmt = MakeStmt(StmtKind::Return, Here());
     Advance();
     if (!CheckLineEnd()) stmt.value = ParseOr();
@@ -220,13 +220,13 @@ std::int32_t Parser::ParseReturn() {
     return Add(stmt);
 }
 
-std::int32_t Parser::ParseAssignOrExpression() {
-    const std::int32_t expr = ParseOr();
+StmtId Parser::ParseAssignOrExpression() {
+    const ExprId expr = ParseOr();
     if (!Match(Tok::Assign)) {
         FinishExpression(expr);
         return AddExpression(expr);
     }
-    const std::int32_t value = ParseOr();
+    const ExprId value = ParseOr();
     Stmt stmt = MakeStmt(StmtKind::Assign, SpanOf(expr));
     stmt.span.end = std::max(stmt.span.end, SpanOf(value).end);
     stmt.target = expr;
@@ -236,8 +236,8 @@ std::int32_t Parser::ParseAssignOrExpression() {
 }
 
 // Only a call does something on a line of its own.
-void Parser::FinishExpression(std::int32_t expr) {
-    const Expr& line = unit->exprs[static_cast<std::size_t>(expr)];
+void Parser::FinishExpression(ExprId expr) {
+    const Expr& line = unit->At(expr);
     if (line.kind != ExprKind::Call && CanReport()) {
         std::string hint;
         if (line.kind == ExprKind::Name) hint = LegacyHint(line.text);
@@ -247,7 +247,7 @@ void Parser::FinishExpression(std::int32_t expr) {
     EndOfLine();
 }
 
-std::int32_t Parser::AddExpression(std::int32_t expr) {
+StmtId Parser::AddExpression(ExprId expr) {
     Stmt stmt = MakeStmt(StmtKind::Expression, SpanOf(expr));
     stmt.value = expr;
     return Add(stmt);

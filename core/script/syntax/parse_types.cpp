@@ -16,9 +16,9 @@ TypeRef MakeType(Tok kind, Span span) {
 
 }  // namespace
 
-std::int32_t Parser::ParseType() {
+TypeRefId Parser::ParseType() {
     if (!Enter()) return Add(MakeType(Tok::End, Here()));
-    std::int32_t type = -1;
+    TypeRefId type;
     if (Check(Tok::Lista)) {
         type = ParseListType();
     } else if (Check(Tok::Dicionario)) {
@@ -31,13 +31,13 @@ std::int32_t Parser::ParseType() {
 }
 
 // The type inside another one, whose span it stretches.
-std::int32_t Parser::ParseInnerType(Span& outer) {
-    const std::int32_t inner = ParseType();
-    outer.end = std::max(outer.end, unit->types[static_cast<std::size_t>(inner)].span.end);
+TypeRefId Parser::ParseInnerType(Span& outer) {
+    const TypeRefId inner = ParseType();
+    outer.end = std::max(outer.end, unit->At(inner).span.end);
     return inner;
 }
 
-std::int32_t Parser::ParseListType() {
+TypeRefId Parser::ParseListType() {
     TypeRef type = MakeType(Tok::Lista, Here());
     Advance();
     if (!MatchWord("de")) {
@@ -47,7 +47,7 @@ std::int32_t Parser::ParseListType() {
     return Add(std::move(type));
 }
 
-std::int32_t Parser::ParseDictionaryType() {
+TypeRefId Parser::ParseDictionaryType() {
     TypeRef type = MakeType(Tok::Dicionario, Here());
     Advance();
     if (!MatchWord("de")) {
@@ -60,7 +60,7 @@ std::int32_t Parser::ParseDictionaryType() {
     return Add(std::move(type));
 }
 
-std::int32_t Parser::ParseSimpleType() {
+TypeRefId Parser::ParseSimpleType() {
     TypeRef type = MakeType(Tok::End, Here());
     if (IsTypeWord(Current().kind)) {
         type.kind = Current().kind;
@@ -91,7 +91,7 @@ void Parser::ParseParams(std::vector<Param>& params) {
     Expect(Tok::RightParen, "\")\"");
 }
 
-bool ParseTypeText(const std::string& text, Unit& unit, Diagnostics& diagnostics, std::int32_t& out) {
+bool ParseTypeText(const std::string& text, Unit& unit, Diagnostics& diagnostics, TypeRefId& out) {
     SourceFile api("<api>", text);
     const std::size_t reportsBefore = diagnostics.items.size();
     TokenList list = Tokenize(api, diagnostics, false);

@@ -16,7 +16,8 @@ constexpr std::size_t MostReserved = 1U << 20U;
 void ReserveTree(Unit& unit, std::size_t tokens) {
     unit.exprs.reserve(std::min(tokens / 2, MostReserved));
     unit.stmts.reserve(std::min(tokens / 8, MostReserved));
-    unit.indices.reserve(std::min(tokens / 4, MostReserved));
+    unit.exprLists.reserve(std::min(tokens / 8, MostReserved));
+    unit.blocks.reserve(std::min(tokens / 8, MostReserved));
 }
 
 }  // namespace
@@ -104,19 +105,19 @@ bool Parser::Enter() {
     return false;
 }
 
-std::int32_t Parser::Add(const Expr& expr) {
+ExprId Parser::Add(const Expr& expr) {
     unit->exprs.push_back(expr);
-    return CountOf(unit->exprs.size()) - 1;
+    return ExprId(unit->exprs.size() - 1);
 }
 
-std::int32_t Parser::Add(const Stmt& stmt) {
+StmtId Parser::Add(const Stmt& stmt) {
     unit->stmts.push_back(stmt);
-    return CountOf(unit->stmts.size()) - 1;
+    return StmtId(unit->stmts.size() - 1);
 }
 
-std::int32_t Parser::Add(TypeRef type) {
+TypeRefId Parser::Add(TypeRef type) {
     unit->types.push_back(std::move(type));
-    return CountOf(unit->types.size()) - 1;
+    return TypeRefId(unit->types.size() - 1);
 }
 
 bool Parser::FinishFile() {

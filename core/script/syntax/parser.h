@@ -29,7 +29,7 @@ public:
     void ParseModule();
 
     // One written type. The result indexes Unit::types and is good even where no type could be read.
-    std::int32_t ParseType();
+    TypeRefId ParseType();
 
     // Steps over line ends; true when nothing stands behind them.
     [[nodiscard]] bool FinishFile();
@@ -86,78 +86,79 @@ private:
 
     // Growing the tree.
     [[nodiscard]] static std::int32_t CountOf(std::size_t size) { return static_cast<std::int32_t>(size); }
-    std::int32_t Add(const Expr& expr);
-    std::int32_t Add(const Stmt& stmt);
-    std::int32_t Add(TypeRef type);
-    [[nodiscard]] Span SpanOf(std::int32_t expr) const { return unit->exprs[static_cast<std::size_t>(expr)].span; }
+    ExprId Add(const Expr& expr);
+    StmtId Add(const Stmt& stmt);
+    TypeRefId Add(TypeRef type);
+    [[nodiscard]] Span SpanOf(ExprId expr) const { return unit->At(expr).span; }
     void RaiseEnd(Span& span) const { span.end = std::max(span.end, Here().end); }
     // Moves what stands above `mark` on a scratch stack to the end of a pool.
     template <class Entry>
-    [[nodiscard]] static IndexList Close(std::vector<Entry>& scratch, Mark mark, std::vector<Entry>& pool) {
-        const IndexList list{CountOf(pool.size()), CountOf(scratch.size() - mark)};
+    [[nodiscard]] static Slice<Entry> Close(std::vector<Entry>& scratch, Mark mark, std::vector<Entry>& pool) {
+        const Slice<Entry> list{CountOf(pool.size()), CountOf(scratch.size() - mark)};
         pool.insert(pool.end(), scratch.begin() + static_cast<std::ptrdiff_t>(mark), scratch.end());
         scratch.resize(mark);
         return list;
     }
-    [[nodiscard]] IndexList CloseIndices(Mark mark) { return Close(pending, mark, unit->indices); }
+    [[nodiscard]] ExprList CloseExprs(Mark mark) { return Close(pendingExprs, mark, unit->exprLists); }
+    [[nodiscard]] Block CloseBlock(Mark mark) { return Close(pendingStmts, mark, unit->blocks); }
 
     // parse_types.cpp
-    std::int32_t ParseListType();
-    std::int32_t ParseDictionaryType();
-    std::int32_t ParseSimpleType();
-    std::int32_t ParseInnerType(Span& outer);
+    TypeRefId ParseListType();
+    TypeRefId ParseDictionaryType();
+    TypeRefId ParseSimpleType();
+    TypeRefId ParseInnerType(Span& outer);
     void ParseParams(std::vector<Param>& params);
 
     // parse_expressions.cpp; each of the levels, from the loosest to the tightest, gives an index into Unit::exprs
-    std::int32_t ParseOr();
-    std::int32_t ParseAnd();
-    std::int32_t ParseNot();
-    std::int32_t ParseComparison();
-    std::int32_t ParseSum();
-    std::int32_t ParseProduct();
-    std::int32_t ParseUnary();
-    std::int32_t ParsePostfix();
-    std::int32_t ParsePrimary();
-    std::int32_t ParseLiteral(ExprKind kind);
-    std::int32_t ParseParentheses();
-    std::int32_t ParseTypeWord();
-    std::int32_t ParseMissingValue();
-    std::int32_t ParseBrackets();
-    void ParseElements(Expr& list, std::int32_t first);
-    void ParseEntries(Expr& dictionary, std::int32_t firstKey);
-    std::int32_t ParseField(std::int32_t base);
-    std::int32_t ParseIndex(std::int32_t base);
-    std::int32_t ParseCall(std::int32_t callee);
-    std::int32_t ParseConversion();
+    ExprId ParseOr();
+    ExprId ParseAnd();
+    ExprId ParseNot();
+    ExprId ParseComparison();
+    ExprId ParseSum();
+    ExprId ParseProduct();
+    ExprId ParseUnary();
+    ExprId ParsePostfix();
+    ExprId ParsePrimary();
+    ExprId ParseLiteral(ExprKind kind);
+    ExprId ParseParentheses();
+    ExprId ParseTypeWord();
+    ExprId ParseMissingValue();
+    ExprId ParseBrackets();
+    void ParseElements(Expr& list, ExprId first);
+    void ParseEntries(Expr& dictionary, ExprId firstKey);
+    ExprId ParseField(ExprId base);
+    ExprId ParseIndex(ExprId base);
+    ExprId ParseCall(ExprId callee);
+    ExprId ParseConversion();
     void ParseArguments(Expr& call);
     std::string_view ParseLabel();
-    std::int32_t AddPair(ExprKind kind, Tok op, std::int32_t left, std::int32_t right);
-    std::int32_t AddUnary(Span op, Tok kind, std::int32_t operand);
-    std::int32_t AddPlaceholder();
+    ExprId AddPair(ExprKind kind, Tok op, ExprId left, ExprId right);
+    ExprId AddUnary(Span op, Tok kind, ExprId operand);
+    ExprId AddPlaceholder();
 
     // parse_statements.cpp; an index into Unit::stmts, or a list of them
-    std::int32_t ParseStatement();
-    std::int32_t ParseStatementByWord();
-    IndexList ParseBlock();
+    StmtId ParseStatement();
+    StmtId ParseStatementByWord();
+    Block ParseBlock();
     // The block of a function or hook, with the run of its expressions.
-    IndexList ParseBody(IndexList& exprs);
-    IndexList ParseIfBody();
-    IndexList ParseLineBody();
-    std::int32_t ParseDeclare();
-    std::int32_t ParseIf();
+    Block ParseBody(Slice<Expr>& exprs);
+    Block ParseIfBody();
+    Block ParseLineBody();
+    StmtId ParseDeclare();
+    StmtId ParseIf();
     Branch ParseIfBranch();
-    std::int32_t ParseWhile();
-    std::int32_t ParseLoop();
+    StmtId ParseWhile();
+    StmtId ParseLoop();
     void ParseForEach(Stmt& stmt);
     void ParseFor(Stmt& stmt);
     void ParseLoopBody(Stmt& stmt, const char* what);
-    std::int32_t ParseSwitch();
+    StmtId ParseSwitch();
     Branch ParseCase();
-    std::int32_t ParseJump(StmtKind kind);
-    std::int32_t ParseReturn();
-    std::int32_t ParseAssignOrExpression();
-    void FinishExpression(std::int32_t expr);
-    std::int32_t AddExpression(std::int32_t expr);
+    StmtId ParseJump(StmtKind kind);
+    StmtId ParseReturn();
+    StmtId ParseAssignOrExpression();
+    void FinishExpression(ExprId expr);
+    StmtId AddExpression(ExprId expr);
 
     // parse_declarations.cpp
     void ParseDeclarations(Section& section, bool inBehaviour);
@@ -201,7 +202,8 @@ private:
 
     // Lists under construction. A list inside another one is closed first, so each is a run at the top of its stack
     // and goes to the Unit's pool in one piece.
-    std::vector<std::int32_t> pending;
+    std::vector<ExprId> pendingExprs;
+    std::vector<StmtId> pendingStmts;
     std::vector<std::string_view> pendingLabels;
     std::vector<Branch> pendingBranches;
 };

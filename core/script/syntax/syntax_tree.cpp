@@ -1,3 +1,4 @@
+// How the slices of a Unit are read.
 #include "core/script/syntax/syntax_tree.h"
 
 namespace tavrel::core::script {
@@ -5,27 +6,31 @@ namespace tavrel::core::script {
 namespace {
 
 template <class Entry>
-std::span<const Entry> Run(const std::vector<Entry>& pool, IndexList list) {
-    return std::span<const Entry>(pool).subspan(static_cast<std::size_t>(list.first),
-                                                static_cast<std::size_t>(list.count));
+std::span<const Entry> EntriesOf(const std::vector<Entry>& pool, Slice<Entry> slice) {
+    return std::span<const Entry>(pool).subspan(static_cast<std::size_t>(slice.first),
+                                                static_cast<std::size_t>(slice.count));
 }
 
 }  // namespace
 
-std::span<const std::int32_t> Unit::Indices(IndexList list) const {
-    return Run(indices, list);
+std::span<const ExprId> Unit::Items(ExprList list) const {
+    return EntriesOf(exprLists, list);
 }
 
-std::span<const std::string_view> Unit::Labels(IndexList list) const {
-    return Run(labels, list);
+std::span<const StmtId> Unit::Statements(Block block) const {
+    return EntriesOf(blocks, block);
 }
 
-std::span<const Branch> Unit::Branches(IndexList list) const {
-    return Run(branches, list);
+std::span<const std::string_view> Unit::Labels(Slice<std::string_view> slice) const {
+    return EntriesOf(labels, slice);
 }
 
-std::span<const Expr> Unit::Exprs(IndexList list) const {
-    return Run(exprs, list);
+std::span<const Branch> Unit::Branches(Slice<Branch> slice) const {
+    return EntriesOf(branches, slice);
+}
+
+std::span<const Expr> Unit::Exprs(Slice<Expr> slice) const {
+    return EntriesOf(exprs, slice);
 }
 
 }  // namespace tavrel::core::script

@@ -1,7 +1,7 @@
 // The syntax tree of one source file, as Parse leaves it. No pointers: expressions, statements and written types live
-// in flat vectors of the Unit, and every reference between them is a signed 32-bit index, -1 for none. A child always
-// stands before its parent. The names inside bodies (Expr::text, labels, Stmt::name) are views into the unit's own
-// source text and literals and live as long as the Unit, moves included; declarations own their names.
+// in flat vectors of the Unit, and every reference between them is an index of its own type, -1 for none. A child
+// always stands before its parent. The names inside bodies (Expr::text, labels, Stmt::name) are views into the unit's
+// own source text and literals and live as long as the Unit, moves included; declarations own their names.
 #pragma once
 
 #include <cstdint>
@@ -11,17 +11,33 @@
 #include <string_view>
 #include <vector>
 
+#include "core/index.h"
 #include "core/script/program/kinds.h"
 #include "core/script/source/source_file.h"
 #include "core/script/syntax/token.h"
 
 namespace tavrel::core::script {
 
-// A run of entries in one of the Unit's vectors.
-struct IndexList {
+struct Branch;
+struct Expr;
+struct FunctionDecl;
+struct Stmt;
+struct TypeRef;
+
+using ExprId = Index<Expr>;                  // into Unit::exprs
+using StmtId = Index<Stmt>;                  // into Unit::stmts
+using TypeRefId = Index<TypeRef>;            // into Unit::types
+using FunctionDeclId = Index<FunctionDecl>;  // into Unit::functions
+
+// A run of entries in the one vector of the Unit that holds entries of this type.
+template <class Entry>
+struct Slice {
     std::int32_t first = 0;
     std::int32_t count = 0;
 };
+
+using ExprList = Slice<ExprId>;  // expressions anywhere in the tree, as the arguments of a call
+using Block = Slice<StmtId>;     // the statements of a body, in source order
 
 enum class ExprKind : std::uint8_t {
     Integer = 0,
@@ -48,12 +64,12 @@ struct Expr {
     float real = 0;
     Span span;
     std::int64_t integer = 0;
-    std::string_view text;    // value of Text; the name of Name and Field as written
-    std::int32_t left = -1;   // operand, base or callee, into exprs
-    std::int32_t right = -1;  // second operand or index, into exprs
-    IndexList items;          // arguments, elements, or values of a Dictionary, in Unit::indices
-    IndexList labels;         // for Call and Conversion one entry per argument, in Unit::labels; empty for none written
-    IndexList keys;           // keys of a Dictionary, parallel to items, in Unit::indices
+    std::string_view text;           // value of Text; the name of Name and Field as written
+    ExprId left;                     // operand, base or callee
+    ExprId right;                    // second operand or index
+    ExprList items;                  // arguments, elements, or values of a Dictionary
+    Slice<std::string_view> labels;  // for Call and Conversion one entry per argument; empty for none written
+    ExprList keys;                   // keys of a Dictionary, parallel to items
 };
 
 enum class StmtKind : std::uint8_t {
@@ -72,10 +88,10 @@ enum class StmtKind : std::uint8_t {
 
 // One "se", "senao se" or "caso".
 struct Branch {
-    std::int32_t condition = -1;  // into exprs; -1 in a Switch
-    IndexList values;             // the values of one "caso", in Unit::indices
-    IndexList body;               // in Unit::indices, indices into stmts
-    Span span;                    // the condition's first token, or the "caso" word
+    ExprId condition;  // none in a Switch
+    ExprList values;   // the values of one "caso"
+    Block body;
+    Span span;  // the condition's first token, or the "caso" word
 };
 
 // One node for all kinds of statement; a kind uses only some of the fields.
@@ -83,32 +99,32 @@ struct Stmt {
     StmtKind kind = StmtKind::Expression;
     bool hasElse = false;  // a "senao" stood there, so an empty elseBody is told from none
     Span span;
-    std::string_view name;     // the variable of Declare, For and ForEach
-    std::int32_t type = -1;    // Declare: into types
-    std::int32_t value = -1;   // into exprs: initial value, assigned value, condition, collection, subject, result
-    std::int32_t target = -1;  // Assign: into exprs
-    std::int32_t from = -1;    // For: into exprs
-    std::int32_t to = -1;      // For: into exprs
-    std::int32_t step = -1;    // For: into exprs; -1 when not written
-    IndexList branches;        // If and Switch, in Unit::branches
-    IndexList body;            // loops, in Unit::indices
-    IndexList elseBody;        // If and Switch, in Unit::indices
+    std::string_view name;   // the variable of Declare, For and ForEach
+    TypeRefId type;          // Declare
+    ExprId value;            // initial value, assigned value, condition, collection, subject, result
+    ExprId target;           // Assign
+    ExprId from;             // For
+    ExprId to;               // For
+    ExprId step;             // For; none when not written
+    Slice<Branch> branches;  // If and Switch
+    Block body;              // loops
+    Block elseBody;          // If and Switch
 };
 
 // A type as written.
 struct TypeRef {
     Tok kind = Tok::End;  // a type word; Name for a named type; End for the place of a faulty type
     std::string name;
-    std::int32_t element = -1;  // into types: element of a list, value of a dictionary
-    std::int32_t key = -1;      // into types: key of a dictionary
+    TypeRefId element;  // element of a list, value of a dictionary
+    TypeRefId key;      // key of a dictionary
     Span span;
 };
 
 // A declared variable, constant, field, or parameter of a behaviour.
 struct VarDecl {
     std::string name;
-    std::int32_t type = -1;  // into types, -1 when no type was written
-    std::int32_t init = -1;  // into exprs, -1 when no value was written
+    TypeRefId type;          // none when no type was written
+    ExprId init;             // none when no value was written
     Span span;               // "constante" or "parametro"; otherwise the name
     bool published = false;  // "publico" or "privado" stood before it
     bool isPrivate = false;
@@ -117,26 +133,26 @@ struct VarDecl {
 // A parameter of a function or hook.
 struct Param {
     std::string name;
-    std::int32_t type = -1;  // into types
+    TypeRefId type;
     Span span;
 };
 
 struct FunctionDecl {
     std::string name;
     std::vector<Param> params;
-    std::int32_t returnType = -1;  // into types; -1 for a procedure
+    TypeRefId returnType;  // none for a procedure
     bool isProcedure = false;
-    IndexList body;       // in Unit::indices
-    IndexList bodyExprs;  // in Unit::exprs: every expression of the body, in one run
-    Span span;            // the "funcao" or "procedimento" word
+    Block body;
+    Slice<Expr> bodyExprs;  // every expression of the body, in one run
+    Span span;              // the "funcao" or "procedimento" word
 };
 
 struct HookDecl {
     HookKind kind = HookKind::Start;
     std::vector<Param> params;
-    IndexList body;       // in Unit::indices
-    IndexList bodyExprs;  // in Unit::exprs: every expression of the body, in one run
-    Span span;            // the first word of the hook
+    Block body;
+    Slice<Expr> bodyExprs;  // every expression of the body, in one run
+    Span span;              // the first word of the hook
 };
 
 struct RecordDecl {
@@ -160,7 +176,7 @@ struct ActionDecl {
 
 struct EventDecl {
     std::string name;
-    std::int32_t type = -1;  // into types, -1 for an event without payload
+    TypeRefId type;  // none for an event without payload
     Span span;
 };
 
@@ -180,7 +196,7 @@ struct Section {
     bool hasState = false;
     bool hasVisual = false;
     bool hasProgress = false;
-    std::vector<std::int32_t> functions;  // into Unit::functions, in source order
+    std::vector<FunctionDeclId> functions;  // in source order
     std::vector<HookDecl> hooks;
 };
 
@@ -199,7 +215,8 @@ struct Unit {
     std::vector<Expr> exprs;
     std::vector<Stmt> stmts;
     std::vector<TypeRef> types;
-    std::vector<std::int32_t> indices;        // pool of all lists of expressions and statements
+    std::vector<ExprId> exprLists;            // pool of the entries of every ExprList
+    std::vector<StmtId> blocks;               // pool of the entries of every Block
     std::vector<std::string_view> labels;     // pool of argument labels, empty for an argument without one
     std::vector<Branch> branches;             // pool of branches
     std::forward_list<std::string> literals;  // values of text literals with escapes
@@ -211,11 +228,18 @@ struct Unit {
     Unit& operator=(Unit&&) = default;
     ~Unit() = default;
 
-    // The entries of a list; valid until the pool grows, so for good once the unit is parsed.
-    [[nodiscard]] std::span<const std::int32_t> Indices(IndexList list) const;
-    [[nodiscard]] std::span<const std::string_view> Labels(IndexList list) const;
-    [[nodiscard]] std::span<const Branch> Branches(IndexList list) const;
-    [[nodiscard]] std::span<const Expr> Exprs(IndexList list) const;
+    // The entry under an index, which points at one.
+    [[nodiscard]] const Expr& At(ExprId expr) const { return exprs[expr.Number()]; }
+    [[nodiscard]] const Stmt& At(StmtId stmt) const { return stmts[stmt.Number()]; }
+    [[nodiscard]] const TypeRef& At(TypeRefId type) const { return types[type.Number()]; }
+    [[nodiscard]] const FunctionDecl& At(FunctionDeclId function) const { return functions[function.Number()]; }
+
+    // The entries of a slice; valid until its vector grows, so for good once the unit is parsed.
+    [[nodiscard]] std::span<const ExprId> Items(ExprList list) const;
+    [[nodiscard]] std::span<const StmtId> Statements(Block block) const;
+    [[nodiscard]] std::span<const std::string_view> Labels(Slice<std::string_view> slice) const;
+    [[nodiscard]] std::span<const Branch> Branches(Slice<Branch> slice) const;
+    [[nodiscard]] std::span<const Expr> Exprs(Slice<Expr> slice) const;
 };
 
 }  // namespace tavrel::core::script

@@ -92,7 +92,7 @@ TEST(Behaviours, FieldsAndInitialValues) {
               "eu: objeto derivado do mapa\nmeu_corpo: corpo derivado do mapa\nnome: texto constante\n"
               "forca: inteiro constante\nchave: inteiro estado + privado\nDono: inteiro estado\ndono: inteiro estado\n"
               "aberto: logico estado +\ndono: inteiro visual\ncasa: objeto derivado do mapa\n");
-    EXPECT_EQ((std::vector{info.parameterCount, info.stateFirst, info.stateCount, info.ownerField, info.record}),
+    EXPECT_EQ((std::vector{info.parameterCount, info.stateFirst, info.stateCount, info.ownerField, info.record.value}),
               (std::vector{2, 4, 4, 6, 2}));
     EXPECT_EQ(program.records[2].name, "comportamento Bau");
     EXPECT_EQ(program.records[2].fieldNames, info.fieldNames);

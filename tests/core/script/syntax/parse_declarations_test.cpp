@@ -65,9 +65,9 @@ TEST(ParseDeclarations, EverySortIsStored) {
     EXPECT_EQ(ParamsText(unit, unit.functions.at(0).params), "a:inteiro b:real ");
     EXPECT_EQ(TreeText(unit).Type(unit.functions.at(0).returnType), "texto");
     EXPECT_TRUE(unit.functions.at(1).isProcedure);
-    EXPECT_EQ(module.functions, (std::vector<std::int32_t>{0, 1}));
+    EXPECT_EQ(module.functions, (std::vector<FunctionDeclId>{FunctionDeclId(0), FunctionDeclId(1)}));
     const Section& behaviour = unit.behaviours.at(0);
-    EXPECT_EQ(behaviour.functions, (std::vector<std::int32_t>{2}));
+    EXPECT_EQ(behaviour.functions, (std::vector<FunctionDeclId>{FunctionDeclId(2)}));
     EXPECT_EQ(VariablesText(unit, behaviour.parameters), "raio:real=2.5 ");
     EXPECT_EQ(behaviour.hooks.at(0).kind, HookKind::Spawn);
 }

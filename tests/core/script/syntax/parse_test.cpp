@@ -17,7 +17,7 @@ TEST(Parse, NestingUpToTheLimitIsFine) {
 TEST(Parse, MovedUnitKeepsItsTree) {
     Parsed parsed = ParseBody("f(n = \"a\\nb\", x)");
     const Unit moved = std::move(parsed.unit);
-    EXPECT_EQ(TreeText(moved).Block(moved.functions.at(0).body), "{(call f n='a\nb' x)}");
+    EXPECT_EQ(TreeText(moved).BlockText(moved.functions.at(0).body), "{(call f n='a\nb' x)}");
 }
 
 TEST(Parse, FaultsOfAnEarlierFileCount) {
@@ -52,7 +52,7 @@ TEST(Parse, FaultyTypesStandInTheTree) {
 TEST(ParseTypeText, ReadsOneTypeAndPutsTheSourceBack) {
     Parsed parsed = ParseFile("modulo M");
     Diagnostics diagnostics;
-    std::int32_t type = -1;
+    TypeRefId type;
     EXPECT_TRUE(ParseTypeText("dicionario de texto para lista de Corpo", parsed.unit, diagnostics, type));
     EXPECT_EQ(TreeText(parsed.unit).Type(type), "dicionario<texto,lista<Corpo>>");
     EXPECT_FALSE(ParseTypeText("inteiro real", parsed.unit, diagnostics, type));

@@ -18,9 +18,9 @@ class TreeText {
 public:
     explicit TreeText(const Unit& source) : unit(source) {}
 
-    std::string Type(std::int32_t index) const {
-        if (index < 0) return "-";
-        const TypeRef& type = unit.types[static_cast<std::size_t>(index)];
+    std::string Type(TypeRefId index) const {
+        if (!index) return "-";
+        const TypeRef& type = unit.At(index);
         switch (type.kind) {
             case Tok::End: return "?";
             case Tok::Name: return type.name;
@@ -30,9 +30,9 @@ public:
         }
     }
 
-    std::string Expression(std::int32_t index) const {
-        if (index < 0) return "-";
-        const Expr& expr = unit.exprs[static_cast<std::size_t>(index)];
+    std::string Expression(ExprId index) const {
+        if (!index) return "-";
+        const Expr& expr = unit.At(index);
         const std::string left = Expression(expr.left);
         const std::string right = Expression(expr.right);
         const std::string text(expr.text);
@@ -55,26 +55,26 @@ public:
         return "?";
     }
 
-    std::string Block(IndexList list) const {
+    std::string BlockText(Block block) const {
         std::string text;
-        for (std::int32_t index : unit.Indices(list)) text += (text.empty() ? "" : "; ") + Statement(index);
+        for (StmtId stmt : unit.Statements(block)) text += (text.empty() ? "" : "; ") + Statement(stmt);
         return "{" + text + "}";
     }
 
-    std::string Statement(std::int32_t index) const {
-        const Stmt& stmt = unit.stmts[static_cast<std::size_t>(index)];
+    std::string Statement(StmtId id) const {
+        const Stmt& stmt = unit.At(id);
         const std::string name(stmt.name);
         const std::string value = Expression(stmt.value);
-        const std::string otherwise = stmt.hasElse ? " else " + Block(stmt.elseBody) : "";
+        const std::string otherwise = stmt.hasElse ? " else " + BlockText(stmt.elseBody) : "";
         switch (stmt.kind) {
             case StmtKind::Declare: return Form({"declare", name, Type(stmt.type), value});
             case StmtKind::Assign: return Form({"=", Expression(stmt.target), value});
             case StmtKind::If: return Form({"if" + Branches(stmt) + otherwise});
-            case StmtKind::While: return Form({"while", value, Block(stmt.body)});
+            case StmtKind::While: return Form({"while", value, BlockText(stmt.body)});
             case StmtKind::For:
                 return Form(
-                    {"for", name, Expression(stmt.from), Expression(stmt.to), Expression(stmt.step), Block(stmt.body)});
-            case StmtKind::ForEach: return Form({"each", name, value, Block(stmt.body)});
+                    {"for", name, Expression(stmt.from), Expression(stmt.to), Expression(stmt.step), BlockText(stmt.body)});
+            case StmtKind::ForEach: return Form({"each", name, value, BlockText(stmt.body)});
             case StmtKind::Switch: return Form({"switch", value + Branches(stmt) + otherwise});
             case StmtKind::Break: return "pare";
             case StmtKind::Continue: return "continue";
@@ -99,13 +99,13 @@ private:
     // The items of a call, a list or a dictionary, behind their labels or keys.
     std::string Arguments(const Expr& expr) const {
         const auto labels = unit.Labels(expr.labels);
-        const auto keys = unit.Indices(expr.keys);
+        const auto keys = unit.Items(expr.keys);
         std::string text;
-        for (std::size_t at = 0; at < unit.Indices(expr.items).size(); ++at) {
+        for (std::size_t at = 0; at < unit.Items(expr.items).size(); ++at) {
             text += " ";
             if (!labels.empty() && !labels[at].empty()) text += std::string(labels[at]) + "=";
             if (!keys.empty()) text += Expression(keys[at]) + ":";
-            text += Expression(unit.Indices(expr.items)[at]);
+            text += Expression(unit.Items(expr.items)[at]);
         }
         return text;
     }
@@ -114,9 +114,9 @@ private:
         std::string text;
         for (const Branch& branch : unit.Branches(stmt.branches)) {
             text += " (";
-            if (branch.condition >= 0) text += Expression(branch.condition) + " ";
-            for (std::int32_t value : unit.Indices(branch.values)) text += Expression(value) + " ";
-            text += Block(branch.body) + ")";
+            if (branch.condition) text += Expression(branch.condition) + " ";
+            for (ExprId value : unit.Items(branch.values)) text += Expression(value) + " ";
+            text += BlockText(branch.body) + ")";
         }
         return text;
     }
@@ -145,7 +145,7 @@ inline Parsed ParseBody(const std::string& body) {
 }
 
 inline std::string BodyText(const Parsed& parsed) {
-    return TreeText(parsed.unit).Block(parsed.unit.functions.at(0).body);
+    return TreeText(parsed.unit).BlockText(parsed.unit.functions.at(0).body);
 }
 
 struct BodyRow {
