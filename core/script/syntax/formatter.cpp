@@ -1,3 +1,9 @@
+// Writes the tokens of a source back line by line, each with its own bytes. A line here is a logical one: what stands
+// between two line ends outside brackets. Three decisions make the layout: how deep a line stands (by the words that it
+// and the lines before it begin and end with, looking past comments behind the code), whether a blank goes between two
+// neighbours (by their kinds alone), and where an empty line stays. Nothing is parsed, so none of them may ask for more
+// than one line. Every change must keep the tokens as they are: blanks that the layout leaves out may not join two
+// tokens into another (WouldMerge), and code behind a comment inside brackets goes on a line of its own (WriteTokens).
 #include "core/script/syntax/formatter.h"
 
 #include <algorithm>
@@ -20,6 +26,7 @@ constexpr std::size_t BlanksPerLevel = 4;
 // What stands between two line ends that count: an expression may run over several lines of the source.
 struct Line {
     std::span<const Token> tokens;  // never empty, and without the Newline
+    std::span<const Token> code;    // the same up to the comments at its end; empty where the line has nothing else
     bool blankBefore = false;       // an empty line stood before it in the source
 };
 
@@ -29,6 +36,13 @@ struct Place {
     Tok current = Tok::End;
     Tok next = Tok::End;
 };
+
+// Comments behind the code of a line do not bear on what it opens and closes. More than one stand there only where a
+// bracket is still open at the end of the file.
+std::span<const Token> WithoutLastComments(std::span<const Token> tokens) {
+    while (!tokens.empty() && tokens.back().kind == Tok::Comment) tokens = tokens.first(tokens.size() - 1);
+    return tokens;
+}
 
 bool StandsOneLevelOut(Tok first) {
     return first == Tok::Senao || first == Tok::Fim || first == Tok::Caso;
@@ -58,24 +72,21 @@ bool IsHookWord(std::string_view word, std::string_view hookWord) {
     return word.size() >= hookWord.size() && word.size() <= 2 * hookWord.size() && FoldLower(word) == hookWord;
 }
 
-bool BeginsHook(const Line& line) {
-    const std::span<const Token> tokens = line.tokens;
-    const std::string_view word = tokens[0].text;
-    if (tokens.size() == 1) return IsHookWord(word, "camera");
+bool BeginsHook(std::span<const Token> code) {
+    const std::string_view word = code[0].text;
+    if (code.size() == 1) return IsHookWord(word, "camera");
     if (IsHookWord(word, "ao")) return true;
-    return tokens.size() >= 3 && IsHookWord(word, "a") && tokens[1].kind == Tok::Name &&
-           IsHookWord(tokens[1].text, "cada");
+    return code.size() >= 3 && IsHookWord(word, "a") && code[1].kind == Tok::Name && IsHookWord(code[1].text, "cada");
 }
 
-bool OpensHook(const Line& line) {
-    if (line.tokens[0].kind != Tok::Name || !BeginsHook(line)) return false;
-    return std::none_of(line.tokens.begin(), line.tokens.end(),
-                        [](const Token& token) { return token.kind == Tok::Assign; });
+bool OpensHook(std::span<const Token> code) {
+    if (code.empty() || code[0].kind != Tok::Name || !BeginsHook(code)) return false;
+    return std::none_of(code.begin(), code.end(), [](const Token& token) { return token.kind == Tok::Assign; });
 }
 
 // A block written on one line ends there.
-bool OpensBlock(const Line& line) {
-    return BeginsBlock(line.tokens.front().kind) && (line.tokens.size() == 1 || line.tokens.back().kind != Tok::Fim);
+bool OpensBlock(std::span<const Token> code) {
+    return !code.empty() && BeginsBlock(code.front().kind) && (code.size() == 1 || code.back().kind != Tok::Fim);
 }
 
 bool IsNumber(Tok kind) {
@@ -178,7 +189,8 @@ bool Formatter::Run(Diagnostics& diagnostics, std::string& out) {
 }
 
 Line Formatter::LineOf(std::size_t start, std::size_t end) const {
-    Line line{tokens.subspan(start, end - start)};
+    Line line{tokens.subspan(start, end - start), {}};
+    line.code = WithoutLastComments(line.tokens);
     if (start > 0) {
         // The Newline before is the first line feed of the gap; one more makes an empty line.
         const Span gap{tokens[start - 1].span.end, tokens[start].span.start};
@@ -190,11 +202,11 @@ Line Formatter::LineOf(std::size_t start, std::size_t end) const {
 void Formatter::WriteLine(const Line& line) {
     if (line.blankBefore && !text.empty()) text += '\n';
     const std::size_t indent = StandsOneLevelOut(line.tokens[0].kind) && depth > 0 ? depth - 1 : depth;
-    const bool opensHook = OpensHook(line);
+    const bool opensHook = OpensHook(line.code);
     WriteIndent(indent);
     WriteTokens(line, indent, opensHook);
     text += '\n';
-    depth = OpensBlock(line) || opensHook ? indent + 1 : indent;
+    depth = OpensBlock(line.code) || opensHook ? indent + 1 : indent;
 }
 
 // A comment with code behind it stands inside brackets. The line has to break there, or it would swallow that code.

@@ -77,7 +77,10 @@ TEST(Formatter, Blocks) {
         {"estado\n// um\nx: real\nfim", "estado\n    // um\n    x: real\nfim\n"},
         {"função f()\nvisual\nprogresso\nfim\nfim\nfim",
          "função f()\n    visual\n        progresso\n        fim\n    fim\nfim\n"},
-        {"se a entao b() fim // comentario\nc", "se a entao b() fim // comentario\n    c\n"},
+        {"se a entao b() fim // um\nc // fim\nse // dois\nd",
+         "se a entao b() fim // um\nc // fim\nse // dois\n    d\n"},
+        {"escolha i // fim\ncaso 1 // fim\na\nfim // fim\nb",
+         "escolha i // fim\ncaso 1 // fim\n    a\nfim // fim\nb\n"},
     });
 }
 
@@ -88,7 +91,8 @@ TEST(Formatter, Hooks) {
         {"Câmera\nfim\ncamera x\na cada\na Câda x\nfim", "Câmera\nfim\ncamera x\na cada\na Câda x\nfim\n"},
         {"ao: inteiro\nx", "ao: inteiro\n    x\n"},
         {"ao a[((b))]", "ao a[ ( (b))]\n"},
-        {"ao", "ao\n"},
+        {"camera // um\nx\nfim\na cada tick // dois\nx", "camera // um\n    x\nfim\na cada tick // dois\n    x\n"},
+        {"ao // um\na cada // dois\nao", "ao // um\na cada // dois\nao\n"},
     });
 }
 
