@@ -239,7 +239,9 @@ TEST_P(Layout, IsRefusedOrStays) {
     WriteFile(folder.path / "m.tvl", GetParam().text);
     const Finished finished = RunTool({"formatar", "m.tvl"}, folder.path, Limits);
     if (!GetParam().fits) {
-        EXPECT_NE(finished.err.find(": erro: o texto arrumado ficaria grande demais\n"), std::string::npos);
+        const std::string& err = finished.err;
+        EXPECT_NE(err.find(": erro: o texto arrumado ficaria grande demais\n"), std::string::npos);
+        EXPECT_TRUE(err.ends_with("\nm.tvl: nao formatei, porque o texto arrumado nao caberia no limite\n")) << err;
         EXPECT_EQ(finished.code, 1);
         EXPECT_EQ(ReadFile(folder.path / "m.tvl"), GetParam().text);
         return;
@@ -298,6 +300,23 @@ TEST(BadInput, AnArgumentMustBeAScriptOrAFolder) {
     EXPECT_EQ(CheckIn(folder.path, {"pasta.tvl"}).err, "erro: diga qual arquivo ou pasta\n");
 }
 
+TEST(BadInput, AFormattedLinkStaysALink) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder.path / "pasta");
+    WriteFile(folder.path / "pasta" / "m.tvl", "modulo  M\n");
+    fs::create_symlink("pasta/m.tvl", folder.path / "um.tvl");
+    fs::create_symlink("um.tvl", folder.path / "dois.tvl");
+    fs::create_symlink("laco.tvl", folder.path / "laco.tvl");
+    EXPECT_EQ(RunTool({"formatar", "dois.tvl"}, folder.path).out,
+              "dois.tvl: arrumado\n1 arquivo(s) no formato, 1 arrumado(s)\n");
+    EXPECT_EQ(fs::read_symlink(folder.path / "dois.tvl"), "um.tvl");
+    EXPECT_EQ(fs::read_symlink(folder.path / "um.tvl"), "pasta/m.tvl");
+    EXPECT_EQ(ReadFile(folder.path / "pasta" / "m.tvl"), "modulo M\n");
+    const Finished finished = RunTool({"formatar", "laco.tvl"}, folder.path);
+    EXPECT_EQ(finished.err, "erro: nao achei laco.tvl\n");
+    EXPECT_EQ(finished.code, 2);
+}
+
 TEST(BadInput, AFileThatCannotBeReadFailsAlone) {
     const std::string unreadable = "/proc/self/mem";  // regular and open to its owner, but not from its start
     if (!fs::is_regular_file(unreadable)) GTEST_SKIP() << "no such file here";
@@ -346,6 +365,17 @@ TEST(BadInput, OneFileKeepsTheOrderOfBothStreams) {
     WriteFile(folder.path / "m.tvl", "modulo M\nao iniciar\n    escreva(\"um\")\n    escreva(texto([1][2]))\nfim\n");
     EXPECT_EQ(RunTool({"executar", "m.tvl"}, folder.path, {}, folder.path / "both").code, 1);
     EXPECT_EQ(ReadFile(folder.path / "both"), "um\nm.tvl:4: erro: a lista tem 1 item e o indice pedido foi 2\n");
+}
+
+// The run is ended from outside, in the midst of its ticks.
+TEST(BadInput, WhatAHookPrintedHasLeftWhenItEnds) {
+    const TemporaryFolder folder;
+    WriteFile(folder.path / "m.tvl",
+              "modulo M\nestado\n    n: inteiro\nfim\nao iniciar\n    escreva(\"um\")\nfim\n"
+              "a cada tick (passo: real)\n    n = n + 1\n    se n == 2 entao escreva(\"dois\") fim\nfim\n");
+    const Finished finished = RunTool({"executar", "m.tvl", "--ticks", "1000000000000"}, folder.path, {1, 0});
+    EXPECT_EQ(finished.signal, SIGALRM);
+    EXPECT_EQ(finished.out, "um\ndois\n");
 }
 
 TEST(BadInput, OutputThatNobodyTookFailsTheRun) {

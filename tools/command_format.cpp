@@ -1,7 +1,11 @@
+// "formatar": lays each file out in memory, restores the line ends that it had, and writes it only where the bytes
+// differ from those read. The durable writer puts a new file in the place of the name it is given, so the name of a
+// link is followed to its end before: the link stays, and the file that it leads to is exchanged.
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "core/durable_file.h"
 #include "core/script/source/diagnostics.h"
@@ -17,6 +21,7 @@ namespace tavrel::tools {
 namespace {
 
 namespace fs = std::filesystem;
+using core::script::FormatResult;
 
 struct Counts {
     std::int32_t failed = 0;
@@ -35,25 +40,43 @@ std::string WithCarriageReturns(std::string_view text) {
     return out;
 }
 
+std::string ReasonOf(FormatResult refusal) {
+    return refusal == FormatResult::TooLarge ? "o texto arrumado nao caberia no limite"
+                                             : "o arquivo nao pode ser lido inteiro";
+}
+
 // The layout of `text`, with the line ends that the file has. False after the reports.
 bool LayOut(const fs::path& path, const std::string& text, std::string& out) {
     const core::script::SourceFile source(Shown(path), text);
     core::script::Diagnostics diagnostics;
-    if (!core::script::Format(source, diagnostics, out)) {
+    const FormatResult result = core::script::TryFormat(source, diagnostics, out);
+    if (result != FormatResult::Done) {
         PrintError(diagnostics.Describe());
-        PrintError(Shown(path) + ": nao formatei, porque o arquivo nao pode ser lido inteiro\n");
+        PrintError(Shown(path) + ": nao formatei, porque " + ReasonOf(result) + "\n");
         return false;
     }
     if (text.find("\r\n") != std::string::npos) out = WithCarriageReturns(out);
     return true;
 }
 
+bool RefuseToWrite(const fs::path& path, const std::string& reason) {
+    PrintError("erro: nao consegui gravar " + Shown(path) + ": " + reason + "\n");
+    return false;
+}
+
+// The file that a name stands for: behind a link what it leads to, however many links on, else the name itself. False
+// where the links lead nowhere, which can only have happened since the file was read.
+bool FollowLinks(const fs::path& path, fs::path& target) {
+    std::error_code error;
+    target = fs::is_symlink(fs::symlink_status(path, error)) ? fs::canonical(path, error) : path;
+    return !error;
+}
+
 bool Write(const fs::path& path, const std::string& text) {
-    const core::WriteResult result = core::WriteFileDurably(path, text, core::FileEncoding::Bytes);
-    if (result.code != 0) {
-        PrintError("erro: nao consegui gravar " + Shown(path) + ": " + result.message + "\n");
-        return false;
-    }
+    fs::path target;
+    if (!FollowLinks(path, target)) return RefuseToWrite(path, "o link nao leva mais a um arquivo.");
+    const core::WriteResult result = core::WriteFileDurably(target, text, core::FileEncoding::Bytes);
+    if (result.code != 0) return RefuseToWrite(path, result.message);
     Print(Shown(path) + ": arrumado\n");
     return true;
 }

@@ -1,7 +1,12 @@
+// "executar": compiles one script and runs its hooks in the order of a game without a world, with a fixed step for
+// every tick, then hashes the state and lists it. The state is walked once for its digest and once more for the list,
+// since bytes and fields of a large state kept side by side would not fit into memory. A fault ends the run at once,
+// behind what the script had printed before it.
 #include <bit>
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "core/canonical_writer.h"
 #include "core/script/program/program.h"
@@ -26,6 +31,14 @@ constexpr std::uint32_t TimeStepBits = 0x3C888889;
 
 constexpr const char* StateSection = "script";
 
+// A run on its way: the machine, and whether the hook at hand has printed.
+struct Session {
+    explicit Session(const core::script::Program& program) : vm(program) {}
+
+    Vm vm;
+    bool printed = false;
+};
+
 // Prints the fault of a hook behind the words that tell when it came.
 bool Report(const Vm& vm, const std::string& when) {
     PrintError(when + vm.DescribeFault() + "\n");
@@ -36,21 +49,30 @@ bool Has(const Vm& vm, HookKind hook) {
     return vm.program->hooks[static_cast<std::size_t>(hook)] >= 0;
 }
 
-bool RunTicks(Vm& vm, unsigned long long ticks) {
+// What a hook printed leaves the process with its end: not line by line, which would cost a system call each, and not
+// later, or a run that is stopped from outside would have shown nothing of it.
+bool RunHook(Session& session, HookKind hook, const Value* step = nullptr) {
+    const bool good = session.vm.RunHook(hook, step, step == nullptr ? 0 : 1);
+    if (std::exchange(session.printed, false)) static_cast<void>(Flush());  // what is lost, main reports at the end
+    return good;
+}
+
+bool RunTicks(Session& session, unsigned long long ticks) {
+    const Vm& vm = session.vm;
     if (!Has(vm, HookKind::Tick) && !Has(vm, HookKind::Frame)) return true;  // however many they are
     const Value step = core::script::MakeReal(std::bit_cast<float>(TimeStepBits));
     for (unsigned long long i = 0; i < ticks; ++i) {
-        if (!vm.RunHook(HookKind::Tick, &step, 1)) return Report(vm, "tick " + std::to_string(i) + ": ");
-        if (!vm.RunHook(HookKind::Frame, &step, 1)) return Report(vm, "quadro " + std::to_string(i) + ": ");
+        if (!RunHook(session, HookKind::Tick, &step)) return Report(vm, "tick " + std::to_string(i) + ": ");
+        if (!RunHook(session, HookKind::Frame, &step)) return Report(vm, "quadro " + std::to_string(i) + ": ");
     }
     return true;
 }
 
-bool RunHooks(Vm& vm, unsigned long long ticks) {
-    if (!vm.Start() || !vm.RunHook(HookKind::Start, nullptr, 0)) return Report(vm, "");
-    if (!RunTicks(vm, ticks)) return false;
-    if (!vm.RunHook(HookKind::Shutdown, nullptr, 0)) return Report(vm, "");
-    return true;
+bool RunHooks(Session& session, unsigned long long ticks) {
+    const Vm& vm = session.vm;
+    if (!session.vm.Start() || !RunHook(session, HookKind::Start)) return Report(vm, "");
+    if (!RunTicks(session, ticks)) return false;
+    return RunHook(session, HookKind::Shutdown) || Report(vm, "");
 }
 
 bool HashState(const Vm& vm, core::Digest& out) {
@@ -87,10 +109,13 @@ bool PrintState(const Vm& vm, unsigned long long ticks) {
 int Run(const std::filesystem::path& script, unsigned long long ticks, unsigned long long seed) {
     core::script::Program program;
     if (!BuildScript(script, program)) return FailedExit;
-    Vm vm(program);
-    vm.print = [](const std::string& text) { Print(text + "\n"); };
-    vm.SeedRandom(seed, 0);
-    return RunHooks(vm, ticks) && PrintState(vm, ticks) ? GoodExit : FailedExit;
+    Session session(program);
+    session.vm.print = [&session](const std::string& text) {
+        Print(text + "\n");
+        session.printed = true;
+    };
+    session.vm.SeedRandom(seed, 0);
+    return RunHooks(session, ticks) && PrintState(session.vm, ticks) ? GoodExit : FailedExit;
 }
 
 }  // namespace

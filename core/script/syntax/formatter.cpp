@@ -240,9 +240,14 @@ bool Formatter::WouldMerge(std::span<const Token> line) const {
 
 }  // namespace
 
-bool Format(const SourceFile& source, Diagnostics& diagnostics, std::string& out) {
+FormatResult TryFormat(const SourceFile& source, Diagnostics& diagnostics, std::string& out) {
     const TokenList list = Tokenize(source, diagnostics, true);
-    return diagnostics.errors == 0 && Formatter(source, list).Run(diagnostics, out);
+    if (diagnostics.errors != 0) return FormatResult::Unreadable;
+    return Formatter(source, list).Run(diagnostics, out) ? FormatResult::Done : FormatResult::TooLarge;
+}
+
+bool Format(const SourceFile& source, Diagnostics& diagnostics, std::string& out) {
+    return TryFormat(source, diagnostics, out) == FormatResult::Done;
 }
 
 }  // namespace tavrel::core::script

@@ -4,6 +4,7 @@
 // nothing. The caller owns all that goes in and out, and restores line ends of its own.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "core/script/source/diagnostics.h"
@@ -11,8 +12,17 @@
 
 namespace tavrel::core::script {
 
-// Lays `source` out into `out`, with LF line ends. False, with `out` left alone, when `diagnostics` then holds an
-// error; pass a fresh one. Besides lexical faults only a layout too large to keep is refused.
+enum class FormatResult : std::uint8_t {
+    Done,
+    Unreadable,  // lexical faults: the source cannot be read whole
+    TooLarge,    // the layout would be many times larger than the source, as that of blocks that nothing ever closes
+};
+
+// Lays `source` out into `out`, with LF line ends. Whatever is refused leaves `out` alone and an error in
+// `diagnostics`; pass a fresh one.
+[[nodiscard]] FormatResult TryFormat(const SourceFile& source, Diagnostics& diagnostics, std::string& out);
+
+// The same for callers to whom every refusal is one: true when the layout was made.
 [[nodiscard]] bool Format(const SourceFile& source, Diagnostics& diagnostics, std::string& out);
 
 }  // namespace tavrel::core::script
