@@ -1,16 +1,22 @@
+// Each operation puts one record together: its tag, then its payload, then, where fields are kept, the same value as a
+// person reads it. All multi-byte numbers are taken apart by shifts, so the order of bytes in memory plays no part. A
+// field is only put into words when it is kept, since that takes ten times as long as the record.
 #include "core/canonical_writer.h"
-
-#include "core/float_text.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cassert>
 
+#include "core/float_text.h"
+
 namespace tavrel::core {
+
 namespace {
 
-constexpr std::size_t LONGEST_ELEMENT_NAME = 95;
+constexpr std::size_t MaxElementName = 95;
+// Taking less at a time would cost a call for a few values, taking more would no longer stay in the cache.
+constexpr std::size_t StretchSize = std::size_t{1} << 16U;
 
 // Tests of the pattern hold whatever the compiler believes of NaN.
 bool IsNan(std::uint32_t bits) {
@@ -95,7 +101,7 @@ void CanonicalWriter::Floats(const char* name, std::span<const float> values) {
         if (IsNan(bits)) RefuseNan(ElementName(name, i));
         Raw(bits, 4);
         if (!keepFields) continue;
-        const std::string element = ElementName(name, i).substr(0, LONGEST_ELEMENT_NAME);
+        const std::string element = ElementName(name, i).substr(0, MaxElementName);
         Record(element.c_str(), 'f', bits, ListedFloat(values[i], 9));
     }
 }
@@ -112,7 +118,7 @@ void CanonicalWriter::Entity(std::uint64_t id) {
 }
 
 void CanonicalWriter::Section(std::string_view name) {
-    const std::uint64_t here = bytes.size();
+    const std::uint64_t here = StreamSize();
     if (!sections.empty()) sections.back().end = here;
     sections.push_back({std::string(name), here, here});
     entity = 0;
@@ -120,7 +126,9 @@ void CanonicalWriter::Section(std::string_view name) {
     PutText('S', name);
 }
 
+// Every record begins with its tag, so bytes are given away here, between two records.
 void CanonicalWriter::Tag(char tag) {
+    if (bytes.size() >= StretchSize && takeBytes) GiveBytes();
     bytes.push_back(static_cast<std::uint8_t>(tag));
 }
 
@@ -132,6 +140,7 @@ void CanonicalWriter::Raw(std::uint64_t value, int count) {
 
 std::vector<std::pair<std::string, Digest>> CanonicalWriter::SectionDigests() const {
     std::vector<std::pair<std::string, Digest>> digests;
+    if (taken > 0) return digests;
     digests.reserve(sections.size());
     for (std::size_t i = 0; i < sections.size(); ++i) {
         const std::uint64_t start = sections[i].start;
@@ -139,6 +148,12 @@ std::vector<std::pair<std::string, Digest>> CanonicalWriter::SectionDigests() co
         digests.emplace_back(sections[i].name, HashSha256(bytes.data() + start, end - start));
     }
     return digests;
+}
+
+void CanonicalWriter::GiveBytes() {
+    takeBytes(bytes);
+    taken += bytes.size();
+    bytes.clear();
 }
 
 void CanonicalWriter::Put(char tag, std::uint64_t value, int count) {

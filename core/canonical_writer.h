@@ -5,8 +5,6 @@
 // once and read after, and refuses nothing midway: read `failure` before anything else.
 #pragma once
 
-#include "core/sha256.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -15,6 +13,8 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "core/sha256.h"
 
 namespace tavrel::core {
 
@@ -68,11 +68,15 @@ public:
     void Tag(char tag);
     void Raw(std::uint64_t value, int count);
 
-    // Name and digest of each section, in order. Bytes before the first section belong to none.
+    // Name and digest of each section, in order. Bytes before the first section belong to none. None when stretches of
+    // the stream were taken.
     [[nodiscard]] std::vector<std::pair<std::string, Digest>> SectionDigests() const;
 
     bool keepFields;
     std::vector<std::uint8_t> bytes;
+    // When set, takes the stream in stretches of whole records, in order: that of a large state fills gigabytes. What
+    // it took is gone from `bytes`, and what is left there at the end is the last stretch.
+    std::function<void(std::span<const std::uint8_t>)> takeBytes;
     std::vector<CanonicalSection> sections;
     std::vector<CanonicalField> fields;  // in the order written
     // When set, takes each field at once in place of `fields`: those of a large state fill gigabytes.
@@ -82,12 +86,16 @@ public:
     bool hasEntity = false;
 
 private:
+    [[nodiscard]] std::uint64_t StreamSize() const { return taken + bytes.size(); }
+    void GiveBytes();
     void Put(char tag, std::uint64_t value, int count);
     void PutText(char tag, std::string_view text);
     void Unsigned(const char* name, char tag, std::uint64_t value, int count);
     void Signed(const char* name, char tag, std::int64_t value, std::uint64_t bits, int count);
     void RefuseNan(std::string_view name);
     void Record(const char* name, char kind, std::uint64_t bits, std::string text);
+
+    std::uint64_t taken = 0;  // bytes of the stream that are gone from `bytes`
 };
 
 }  // namespace tavrel::core

@@ -1,3 +1,8 @@
+// The order of the steps is what makes the write durable: the content is on the disk under another name before the
+// exchange of names, which the system does in one step, and the folder's entry is on the disk behind it. A step that
+// fails before the exchange leaves the old file and takes the temporary away. A failure that was armed for a step
+// counts only where the real operation went well, and for the exchange in its place, so that the clean-up is the real
+// one.
 #include "core/durable_file.h"
 
 #include <atomic>

@@ -1,3 +1,8 @@
+// Exact arithmetic and one rounding. A finite double is significand * 2^exponent, and that number has finitely many
+// decimal digits: as an integer where the exponent is positive, and otherwise as significand * 5^n with the point moved
+// n places to the left. So the number is built in limbs of decimal digits, its leading digits are taken, and they are
+// rounded to the precision by looking at all digits behind them, ties to even. Numbers with few bits behind the point
+// go a shorter way in one machine word. The hexadecimal form is a matter of shifts alone.
 #include "core/float_text.h"
 
 #include <algorithm>
@@ -8,13 +13,14 @@
 #include <cstdint>
 
 namespace tavrel::core {
+
 namespace {
 
-constexpr int FRACTION_BITS = 52;
-constexpr int EXPONENT_OF_ONE = 1023;
-constexpr unsigned EXPONENT_MASK = 0x7FF;  // all set: an infinity or a NaN
-constexpr std::size_t MAX_PRECISION = 17;
-constexpr int SHORT_FRACTION_BITS = 60;  // times ten they still fit in 64
+constexpr int FractionBits = 52;
+constexpr int ExponentOfOne = 1023;
+constexpr unsigned ExponentMask = 0x7FF;  // all set: an infinity or a NaN
+constexpr std::size_t MaxPrecision = 17;
+constexpr int MaxShortFractionBits = 60;  // times ten they still fit in 64
 
 // significand * 2^exponent, the significand odd, or zero with exponent 0.
 struct Binary {
@@ -23,19 +29,19 @@ struct Binary {
 };
 
 Binary Decompose(std::uint64_t bits) {
-    const auto biased = static_cast<int>((bits >> FRACTION_BITS) & EXPONENT_MASK);
-    std::uint64_t significand = bits & ((std::uint64_t{1} << FRACTION_BITS) - 1);
-    if (biased != 0) significand |= std::uint64_t{1} << FRACTION_BITS;
+    const auto biased = static_cast<int>((bits >> FractionBits) & ExponentMask);
+    std::uint64_t significand = bits & ((std::uint64_t{1} << FractionBits) - 1);
+    if (biased != 0) significand |= std::uint64_t{1} << FractionBits;
     if (significand == 0) return {0, 0};
     const int zeros = std::countr_zero(significand);
-    return {significand >> zeros, std::max(biased, 1) - EXPONENT_OF_ONE - FRACTION_BITS + zeros};
+    return {significand >> zeros, std::max(biased, 1) - ExponentOfOne - FractionBits + zeros};
 }
 
 // Appends the sign, and the whole text of an infinity or a NaN. Tells whether the value is one of those.
 bool AppendSignAndSpecial(std::string& out, std::uint64_t bits) {
     if ((bits >> 63) != 0) out += '-';
-    if (((bits >> FRACTION_BITS) & EXPONENT_MASK) != EXPONENT_MASK) return false;
-    out += (bits << (64 - FRACTION_BITS)) == 0 ? "inf" : "nan";
+    if (((bits >> FractionBits) & ExponentMask) != ExponentMask) return false;
+    out += (bits << (64 - FractionBits)) == 0 ? "inf" : "nan";
     return true;
 }
 
@@ -43,11 +49,11 @@ bool AppendSignAndSpecial(std::string& out, std::uint64_t bits) {
 // 767 digits: the significand of a subnormal times 5^1074.
 class BigDecimal {
 public:
-    static constexpr std::uint32_t LIMB = 1'000'000'000;
-    static constexpr std::size_t LIMB_DIGITS = 9;
+    static constexpr std::uint32_t LimbBase = 1'000'000'000;
+    static constexpr std::size_t LimbDigits = 9;
 
     explicit BigDecimal(std::uint64_t value) {
-        for (; value != 0; value /= LIMB) limbs[size++] = static_cast<std::uint32_t>(value % LIMB);
+        for (; value != 0; value /= LimbBase) limbs[size++] = static_cast<std::uint32_t>(value % LimbBase);
     }
 
     void MultiplyByPower(std::uint32_t base, int exponent, std::uint32_t step, int stepExponent) {
@@ -61,13 +67,13 @@ public:
     std::uint32_t Limb(std::size_t index) const { return limbs[index]; }
 
 private:
-    // With `factor` below LIMB the last carry is one limb at most.
+    // With `factor` below LimbBase the last carry is one limb at most.
     void Multiply(std::uint32_t factor) {
         std::uint64_t carry = 0;
         for (std::size_t i = 0; i < size; ++i) {
             carry += std::uint64_t{limbs[i]} * factor;
-            limbs[i] = static_cast<std::uint32_t>(carry % LIMB);
-            carry /= LIMB;
+            limbs[i] = static_cast<std::uint32_t>(carry % LimbBase);
+            carry /= LimbBase;
         }
         if (carry != 0) limbs[size++] = static_cast<std::uint32_t>(carry);
     }
@@ -78,18 +84,18 @@ private:
 
 // d.ddd * 10^exponent: the leading digits, and whether others than zero follow them.
 struct Digits {
-    std::array<char, 3 * BigDecimal::LIMB_DIGITS> text;
+    std::array<char, 3 * BigDecimal::LimbDigits> text;
     std::size_t count = 0;
     int exponent = 0;
     bool more = false;
 };
 
-// Three limbs hold 19 digits or more: MAX_PRECISION and what rounding asks of the next ones.
+// Three limbs hold 19 digits or more: MaxPrecision and what rounding asks of the next ones.
 Digits LeadingDigits(const BigDecimal& number, int scale) {
     Digits digits;
     const std::size_t last = number.Size() - std::min<std::size_t>(number.Size(), 3);
     for (std::size_t i = number.Size(); i-- > last;) {
-        std::array<char, BigDecimal::LIMB_DIGITS> group;
+        std::array<char, BigDecimal::LimbDigits> group;
         std::uint32_t rest = number.Limb(i);
         for (auto place = group.rbegin(); place != group.rend(); ++place, rest /= 10) {
             *place = static_cast<char>('0' + rest % 10);
@@ -100,7 +106,7 @@ Digits LeadingDigits(const BigDecimal& number, int scale) {
         digits.count += static_cast<std::size_t>(group.end() - first);
     }
     for (std::size_t i = 0; i < last && !digits.more; ++i) digits.more = number.Limb(i) != 0;
-    digits.exponent = static_cast<int>(digits.count + last * BigDecimal::LIMB_DIGITS) - 1 - scale;
+    digits.exponent = static_cast<int>(digits.count + last * BigDecimal::LimbDigits) - 1 - scale;
     return digits;
 }
 
@@ -117,7 +123,7 @@ Digits LeadingDigitsOfShort(const Binary& binary) {
         digits.count = static_cast<std::size_t>(std::to_chars(text, text + digits.text.size(), whole).ptr - text);
         digits.exponent = static_cast<int>(digits.count) - 1;
     }
-    while (digits.count < MAX_PRECISION + 1 && fraction != 0) {
+    while (digits.count < MaxPrecision + 1 && fraction != 0) {
         fraction *= 10;
         const std::uint64_t digit = fraction >> fractionBits;
         fraction &= below;
@@ -132,7 +138,7 @@ Digits LeadingDigitsOfShort(const Binary& binary) {
 }
 
 Digits LeadingDigitsOf(const Binary& binary) {
-    if (binary.exponent < 0 && binary.exponent >= -SHORT_FRACTION_BITS) return LeadingDigitsOfShort(binary);
+    if (binary.exponent < 0 && binary.exponent >= -MaxShortFractionBits) return LeadingDigitsOfShort(binary);
     // Dividing by 2^n is multiplying by 5^n and moving the point n places.
     BigDecimal number(binary.significand);
     if (binary.exponent >= 0) {

@@ -1,3 +1,6 @@
+// What a JSON value answers and how it is put together. Members are searched from the front: the objects of a protocol
+// are short, and a table beside them would cost more than it saves. A lookup that finds nothing refers to one constant
+// null value, so no caller has to ask before it goes a step further down.
 #include "core/json.h"
 
 #include <limits>
@@ -87,8 +90,8 @@ long long Json::IntOr(long long fallback) const {
 }
 
 bool Json::IsInteger() const {
-    constexpr double Largest = 9007199254740992;
-    if (kind != Kind::Number || !(number >= -Largest && number <= Largest)) return false;
+    constexpr double MaxExact = 9007199254740992;
+    if (kind != Kind::Number || !(number >= -MaxExact && number <= MaxExact)) return false;
     return static_cast<double>(static_cast<long long>(number)) == number;
 }
 

@@ -1,3 +1,5 @@
+// Few members are compared with one another; many are sorted by key, so that repeated ones stand side by side. The last
+// value of a key moves to the key's first place, and the gaps close in one pass from front to back.
 #include "core/json_members.h"
 
 #include <algorithm>
@@ -19,7 +21,7 @@ bool AllDiffer(const std::vector<JsonMember>& members) {
 }
 
 // The members' places, those of one key side by side and in their order. Keys are told apart by hash and only then by
-// bytes; a sort, unlike a hash table, stays quick when somebody chose the keys to collide.
+// bytes; a sort, unlike a hash table, stays quick when the keys were chosen to collide.
 std::vector<std::size_t> PlacesByKey(const std::vector<JsonMember>& members) {
     std::vector<std::pair<std::size_t, std::size_t>> sorted;  // hash and place
     sorted.reserve(members.size());
@@ -37,9 +39,9 @@ std::vector<std::size_t> PlacesByKey(const std::vector<JsonMember>& members) {
 
 }  // namespace
 
-bool UniteMembers(std::vector<JsonMember>& members, std::size_t most) {
-    constexpr std::size_t Few = 16;
-    if (members.size() <= std::min(Few, most) && AllDiffer(members)) return true;
+bool UniteMembers(std::vector<JsonMember>& members, std::size_t limit) {
+    constexpr std::size_t MaxCompared = 16;
+    if (members.size() <= std::min(MaxCompared, limit) && AllDiffer(members)) return true;
     std::vector<bool> repeats(members.size());
     std::size_t first = members.size();
     for (const std::size_t place : PlacesByKey(members)) {
@@ -52,7 +54,7 @@ bool UniteMembers(std::vector<JsonMember>& members, std::size_t most) {
     }
     std::size_t kept = 0;
     for (std::size_t place = 0; place < members.size(); ++place) {
-        if (kept == most) return false;
+        if (kept == limit) return false;
         if (repeats[place]) continue;
         if (kept != place) members[kept] = std::move(members[place]);
         ++kept;

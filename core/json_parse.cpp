@@ -1,13 +1,18 @@
-#include "core/json.h"
-#include "core/json_members.h"
-#include "core/json_scan.h"
-
+// A reader by recursive descent over bytes from outside. Depth, width and size are bounded, so that neither the stack
+// nor memory depends on who wrote the text. It is lenient where that costs nothing (a sign or a point at the start of a
+// number, an exponent without digits, any bytes above 127); which texts it takes and which reasons it gives are relied
+// upon, so that a change here is a change of what editors get. Plain stretches of texts are copied whole, and the room
+// that the last container of a depth needed is taken at once for the next.
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
 #include <string_view>
 #include <system_error>
+
+#include "core/json.h"
+#include "core/json_members.h"
+#include "core/json_scan.h"
 
 namespace tavrel::core {
 
@@ -17,8 +22,9 @@ constexpr std::size_t MaxBytes = 0x1000000;
 constexpr std::size_t MaxMembers = 65536;
 constexpr std::size_t MaxItems = 8388608;  // more than fit into MaxBytes today
 constexpr std::size_t MaxDepth = 64;
-constexpr std::size_t MostUsual = 8;           // elements that a container gets room for unseen
-constexpr std::size_t Crowd = 4 * MaxMembers;  // members, repeated ones among them, that an open object may pile up
+constexpr std::size_t MaxUsual = 8;  // elements that a container gets room for unseen
+constexpr std::size_t MaxUnunited =
+    4 * MaxMembers;  // members, repeated ones among them, that an open object may pile up
 
 bool IsDigit(char byte) {
     return byte >= '0' && byte <= '9';
@@ -195,11 +201,11 @@ bool Reader::Object(Json& out, std::size_t depth) {
             Unite(members);  // too many before the one that failed are the earlier fault
             return false;
         }
-        if (members.size() == Crowd && !Unite(members)) return false;
+        if (members.size() == MaxUnunited && !Unite(members)) return false;
         SkipSpace();
     } while (Take(','));
     if (!Unite(members)) return false;
-    usualMembers[depth] = std::min(members.size(), MostUsual);
+    usualMembers[depth] = std::min(members.size(), MaxUsual);
     return Take('}') || Fail("esperava \",\" ou \"}\"");
 }
 
@@ -227,7 +233,7 @@ bool Reader::Array(Json& out, std::size_t depth) {
         if (out.items.size() > MaxItems) return Fail("lista com itens demais");
         SkipSpace();
     } while (Take(','));
-    usualItems[depth] = std::min(out.items.size(), MostUsual);
+    usualItems[depth] = std::min(out.items.size(), MaxUsual);
     return Take(']') || Fail("esperava \",\" ou \"]\"");
 }
 

@@ -1,10 +1,12 @@
-#include "core/float_text.h"
-#include "core/json.h"
-#include "core/json_scan.h"
-
+// Appends a value and all below it to one text, without white space. It recurses with the value: values come from the
+// reader, which bounds their depth, or from code that builds a few levels. Bytes above 127 pass as they are.
 #include <array>
 #include <charconv>
 #include <cstdint>
+
+#include "core/float_text.h"
+#include "core/json.h"
+#include "core/json_scan.h"
 
 namespace tavrel::core {
 

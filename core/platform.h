@@ -29,8 +29,8 @@ namespace platform {
 
 namespace win32 {
 
-// `from` takes the place of `to` in one step, whether or not `to` exists; false with both files as they were. The name
-// is that of the reference platform; every platform supplies it.
+// `from` takes the place of `to` in one step, whether or not `to` exists; false with both files as they were. It is
+// named for the system whose call promises all of this by itself; every other supplies the same.
 [[nodiscard]] bool ReplaceDurably(const std::filesystem::path& from, const std::filesystem::path& to);
 
 }  // namespace win32

@@ -1,3 +1,5 @@
+// The system's operations where names are bytes and a folder is a file that can be flushed. A signal may end a system
+// call early; such calls are made again.
 #include "core/platform.h"
 
 #include <fcntl.h>

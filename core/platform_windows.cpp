@@ -1,3 +1,5 @@
+// The system's operations on Windows: names are UTF-16 here and UTF-8 in the rest of the program, and a replacement
+// that writes through leaves nothing of a folder to flush.
 #include "core/platform.h"
 
 #define WIN32_LEAN_AND_MEAN

@@ -1,3 +1,6 @@
+// Bytes are gathered into blocks of 64; whole blocks of what comes in are compressed where they stand, and only the
+// rest is copied. Behind the last byte come 0x80, zeros up to eight bytes before a block's end, and the length in bits.
+// The routine is chosen once for each hash; both give the same words.
 #include "core/sha256.h"
 
 #include <algorithm>
@@ -58,7 +61,7 @@ TAVREL_UNROLLED std::uint32_t ExtendWord(MessageWords& words) {
 template <std::size_t... T>
 TAVREL_UNROLLED void FirstRounds(ChainingWords& v, MessageWords& words, const unsigned char* block,
                                  std::index_sequence<T...>) {
-    ((words[T] = LoadBigEndian(block + 4 * T), Round<T>(v, words[T] + K[T])), ...);
+    ((words[T] = LoadBigEndian(block + 4 * T), Round<T>(v, words[T] + RoundConstants[T])), ...);
 }
 
 template <std::size_t... T>
@@ -70,11 +73,12 @@ TAVREL_UNROLLED void FurtherRounds(ChainingWords& v, MessageWords& words, const 
 #undef TAVREL_UNROLLED
 
 void CompressBlock(ChainingWords& state, const unsigned char* block) {
-    constexpr std::make_index_sequence<16> sixteen;
+    constexpr std::make_index_sequence<16> Sixteen;
     ChainingWords v = state;
     MessageWords words;
-    FirstRounds(v, words, block, sixteen);
-    for (std::size_t t = 16; t < K.size(); t += 16) FurtherRounds(v, words, K.data() + t, sixteen);
+    FirstRounds(v, words, block, Sixteen);
+    for (std::size_t t = 16; t < RoundConstants.size(); t += 16)
+        FurtherRounds(v, words, RoundConstants.data() + t, Sixteen);
     for (std::size_t i = 0; i < state.size(); ++i) state[i] += v[i];
 }
 
@@ -117,9 +121,9 @@ void Sha256::Update(const void* data, std::uint64_t size) {
 }
 
 Digest Sha256::Finish() {
-    static constexpr std::array<unsigned char, BlockSize> padding = {0x80};
+    static constexpr std::array<unsigned char, BlockSize> Padding = {0x80};
     const std::uint64_t bits = total * 8;
-    Update(padding.data(), (filled < LengthOffset ? LengthOffset : LengthOffset + BlockSize) - filled);
+    Update(Padding.data(), (filled < LengthOffset ? LengthOffset : LengthOffset + BlockSize) - filled);
     std::array<unsigned char, 8> length{};
     for (std::size_t i = 0; i < length.size(); ++i) length[i] = static_cast<unsigned char>(bits >> (56 - 8 * i));
     Update(length.data(), length.size());
@@ -137,12 +141,12 @@ Digest HashSha256(const void* data, std::uint64_t size) {
 }
 
 std::string ToHex(const Digest& digest) {
-    constexpr char digits[] = "0123456789abcdef";
+    constexpr char HexDigits[] = "0123456789abcdef";
     std::string text;
     text.reserve(2 * digest.size());
     for (const unsigned char byte : digest) {
-        text += digits[byte >> 4];
-        text += digits[byte & 15];
+        text += HexDigits[byte >> 4];
+        text += HexDigits[byte & 15];
     }
     return text;
 }

@@ -60,7 +60,7 @@ TAVREL_SHA_TARGET inline void CompressBlock(Lanes& lanes, const unsigned char* b
     __m128i words1 = LoadWords(block + 16);
     __m128i words2 = LoadWords(block + 32);
     __m128i words3 = LoadWords(block + 48);
-    const std::uint32_t* constants = K.data();
+    const std::uint32_t* constants = RoundConstants.data();
     for (int pass = 0; pass < 3; ++pass, constants += 16) {
         FourRoundsAndExtend(lanes, words0, words1, words2, words3, constants);
         FourRoundsAndExtend(lanes, words1, words2, words3, words0, constants + 4);
@@ -74,17 +74,17 @@ TAVREL_SHA_TARGET inline void CompressBlock(Lanes& lanes, const unsigned char* b
 }
 
 bool AskProcessor() {
-    constexpr unsigned int vectorShuffles = 0x80200;  // SSSE3 and SSE4.1, leaf 1, ECX
-    constexpr unsigned int shaExtensions = 1u << 29;  // leaf 7, EBX
+    constexpr unsigned int VectorShuffles = 0x80200;  // SSSE3 and SSE4.1, leaf 1, ECX
+    constexpr unsigned int ShaExtensions = 1u << 29;  // leaf 7, EBX
     unsigned int highestLeaf = 0, b = 0, c = 0, d = 0;
     __cpuid(0, highestLeaf, b, c, d);
     if (highestLeaf == 0) return false;
     unsigned int a = 0;
     __cpuid(1, a, b, c, d);
-    if ((c & vectorShuffles) != vectorShuffles) return false;
+    if ((c & VectorShuffles) != VectorShuffles) return false;
     if (highestLeaf < 7) return false;
     __cpuid_count(7, 0, a, b, c, d);
-    return (b & shaExtensions) != 0;
+    return (b & ShaExtensions) != 0;
 }
 
 }  // namespace

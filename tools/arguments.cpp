@@ -1,3 +1,5 @@
+// One pass over the words behind the command, in order. Paths are looked up as they come, so that the first wrong word
+// is the one reported, and nothing has been read by then.
 #include "tools/arguments.h"
 
 #include <limits>
@@ -32,13 +34,13 @@ bool TakeNumber(const std::vector<std::string>& args, std::size_t& index, unsign
 }  // namespace
 
 bool Number(const std::string& text, unsigned long long& out) {
-    constexpr unsigned long long Largest = std::numeric_limits<unsigned long long>::max();
+    constexpr unsigned long long MaxNumber = std::numeric_limits<unsigned long long>::max();
     if (text.empty()) return false;
     unsigned long long value = 0;
     for (const char character : text) {
         if (character < '0' || character > '9') return false;
         const auto digit = static_cast<unsigned long long>(character - '0');
-        if (value > (Largest - digit) / 10) return false;
+        if (value > (MaxNumber - digit) / 10) return false;
         value = value * 10 + digit;
     }
     out = value;

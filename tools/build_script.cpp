@@ -1,3 +1,5 @@
+// The way from a path to a program that "verificar" and "executar" share: read, build with imports from the script's
+// own folder, and print what the build reports, warnings too.
 #include "tools/build_script.h"
 
 #include <string>

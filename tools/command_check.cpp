@@ -1,3 +1,4 @@
+// "verificar": builds each script by itself, with a program of its own, and sums up. One that fails stops no other.
 #include <cstdint>
 #include <filesystem>
 #include <string>

@@ -1,10 +1,11 @@
 // "executar": compiles one script and runs its hooks in the order of a game without a world, with a fixed step for
 // every tick, then hashes the state and lists it. The state is walked once for its digest and once more for the list,
-// since bytes and fields of a large state kept side by side would not fit into memory. A fault ends the run at once,
-// behind what the script had printed before it.
+// and neither walk keeps what it writes, since a large state fills gigabytes. A fault ends the run at once, behind what
+// the script had printed before it.
 #include <bit>
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -76,23 +77,23 @@ bool RunHooks(Session& session, unsigned long long ticks) {
 }
 
 bool HashState(const Vm& vm, core::Digest& out) {
+    core::Sha256 hash(false);
     core::CanonicalWriter writer(false);
+    writer.takeBytes = [&hash](std::span<const std::uint8_t> bytes) { hash.Update(bytes.data(), bytes.size()); };
     core::script::WriteScriptState(vm, writer, StateSection);
     if (!writer.failure.empty()) {
         PrintError("erro: o estado do script nao entra no canonico: " + writer.failure + "\n");
         return false;
     }
-    out = core::HashSha256(writer.bytes.data(), writer.bytes.size());
+    writer.takeBytes(writer.bytes);
+    out = hash.Finish();
     return true;
 }
 
-// Walks the state a second time rather than keep its fields, which take ten times the memory of the state itself.
 void ListState(const Vm& vm) {
     core::CanonicalWriter writer(true);
-    writer.takeField = [&writer](const core::CanonicalField& field) {
-        Print(field.name + " = " + field.text + "\n");
-        writer.bytes.clear();
-    };
+    writer.takeBytes = [](std::span<const std::uint8_t>) {};  // they were hashed
+    writer.takeField = [](const core::CanonicalField& field) { Print(field.name + " = " + field.text + "\n"); };
     core::script::WriteScriptState(vm, writer, StateSection);
 }
 

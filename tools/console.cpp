@@ -1,3 +1,5 @@
+// Standard output goes through the library's buffer, standard error does not. Both may be one file, so the buffer is
+// emptied before each report.
 #include "tools/console.h"
 
 #include <cstdio>

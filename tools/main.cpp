@@ -16,7 +16,7 @@ namespace tavrel::tools {
 
 namespace {
 
-// Whoever compares outputs must not take a cut one for a whole one.
+// A cut output must not pass for a whole one.
 int Finish(int code) {
     if (Flush() || code != GoodExit) return code;
     PrintError("erro: nao consegui escrever a saida\n");

@@ -1,3 +1,6 @@
+// The GNU library asks the system for each block above a size of its own choice and gives it back when it is freed. It
+// is told to keep blocks of many megabytes in its heap, to let that heap grow by megabytes, and to give little back.
+// Other libraries are left as they are.
 #include "tools/memory.h"
 
 #include <cstdlib>
@@ -10,11 +13,11 @@ namespace tavrel::tools {
 
 void PrepareMemory() {
 #ifdef __GLIBC__
-    constexpr int LargestHeapBlock = 64 << 20;
-    constexpr int MostKept = 1 << 30;
+    constexpr int MaxHeapBlock = 64 << 20;
+    constexpr int MaxKept = 1 << 30;
     constexpr int HeapStep = 4 << 20;
-    mallopt(M_MMAP_THRESHOLD, LargestHeapBlock);
-    mallopt(M_TRIM_THRESHOLD, MostKept);
+    mallopt(M_MMAP_THRESHOLD, MaxHeapBlock);
+    mallopt(M_TRIM_THRESHOLD, MaxKept);
     mallopt(M_TOP_PAD, HeapStep);
 #endif
 }

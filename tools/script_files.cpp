@@ -1,3 +1,6 @@
+// Asks the file system with error codes only and takes its answers as hints: a name can change its meaning between the
+// question and the use. A script is a regular file, links followed; what else a name stands for, a pipe or a device, is
+// not opened at all, since that may wait for ever.
 #include "tools/script_files.h"
 
 #include <algorithm>
@@ -22,8 +25,8 @@ struct CloseFile {
 };
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
-// More than any script may hold, also behind a byte-order mark: who reads on learns nothing, and may run out of memory.
-constexpr std::uintmax_t MostOfUse = std::uintmax_t{core::script::MaxSourceSize} + 4;
+// More than any script may hold, also behind a byte-order mark: reading on would tell nothing new and fill the memory.
+constexpr std::uintmax_t MaxUseful = std::uintmax_t{core::script::MaxSourceSize} + 4;
 
 // No status, no type: a link that leads nowhere and a path that cannot be asked about are not regular either.
 bool IsRegular(const fs::path& file) {
@@ -43,11 +46,11 @@ OpenFile OpenForReading(const fs::path& file) {
 // script is read just so far that it shows.
 bool ReadAll(std::FILE* stream, std::uintmax_t hint, std::string& text) {
     std::setvbuf(stream, nullptr, _IONBF, 0);
-    text.resize(static_cast<std::size_t>(std::min(hint, MostOfUse)) + 1);
+    text.resize(static_cast<std::size_t>(std::min(hint, MaxUseful)) + 1);
     std::size_t filled = 0;
     while (true) {
         filled += std::fread(text.data() + filled, 1, text.size() - filled, stream);
-        if (filled < text.size() || filled > MostOfUse) break;
+        if (filled < text.size() || filled > MaxUseful) break;
         text.resize(text.size() * 2);
     }
     text.resize(filled);

@@ -1,3 +1,5 @@
+// Puts the server between the standard streams: bytes as they are, no buffer shared with the C library, and a lost
+// editor as an error that the connection sees.
 #include "tools/serve.h"
 
 #include <csignal>
@@ -20,7 +22,7 @@ bool ReadPath(const std::string& path, std::string& text) {
     return PathOf(path, file) && ReadText(file, text);
 }
 
-// An editor that goes away without a word ends the connection, not the process.
+// An editor that goes away ends the connection by an error of the write, not the process by a signal.
 void IgnoreBrokenPipes() {
 #ifdef SIGPIPE
     std::signal(SIGPIPE, SIG_IGN);

@@ -1,3 +1,5 @@
+// The help text, byte for byte what is printed. Command lines are read in arguments.cpp; the two are kept in step by
+// hand.
 #include "tools/usage.h"
 
 #include "tools/console.h"

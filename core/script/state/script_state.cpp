@@ -1,19 +1,26 @@
+// Walks down from each global, once for every way that leads to a value, and hands what it meets to the writer. The
+// path of the value at hand is one text, to which each step down appends and which it cuts back on its way up; the
+// nesting is bounded, so plain recursion serves.
+//
+// Values that lists share are written once for each way to them. A walk that has written the whole heap and a good deal
+// more asks WalkWeights how much there is to come, and stops only where the rest would take minutes.
 #include "core/script/state/script_state.h"
 
 #include <array>
 #include <cstdint>
+#include <memory>
+
+#include "core/script/state/walk_weight.h"
 
 namespace tavrel::core::script {
 
 namespace {
 
 constexpr std::uint32_t StateFormat = 1;
-constexpr int MaxDepth = 64;
-// A structure of shared lists can hold more values than any memory; this many beyond those of the heap are written. So
-// that shared texts and names without end meet the limit as well, each such number of their bytes counts as a value.
-constexpr std::uint64_t SharedValues = std::uint64_t{1} << 25U;
-constexpr std::uint64_t TextBytes = 32;
-constexpr std::uint64_t PathBytes = 256;
+// So many values beyond those of the heap are written without a question.
+constexpr std::uint64_t UnaskedValues = std::uint64_t{1} << 20U;
+// Once it has been asked, what all walks of one state may write together: hashed and listed in a minute or two.
+constexpr std::uint64_t MaxValues = std::uint64_t{1} << 30U;
 
 constexpr std::array<const char*, 3> PlaneNames{".x", ".z", ""};
 constexpr std::array<const char*, 3> SpaceNames{".x", ".y", ".z"};
@@ -23,15 +30,17 @@ constexpr std::array<const char*, 4> ColorNames{".r", ".g", ".b", ".a"};
 class StateWriter {
 public:
     StateWriter(CanonicalWriter& givenOut, const Program& givenProgram, const Heap& givenHeap)
-        : out(givenOut), program(givenProgram), heap(givenHeap), left(SharedValues) {
+        : out(givenOut), program(givenProgram), heap(givenHeap), left(UnaskedValues) {
         for (const HeapObject& object : heap.objects) {
-            left += object.items.size() + object.keys.size() + object.text.size() / TextBytes + 1;
+            left += object.items.size() + object.keys.size() + object.text.size() / TextBytesPerValue + 1;
         }
     }
 
     void Write(const std::string& name, const Value& value) {
+        if (refused) return;
         path = name;
-        WriteAt(value, 0);
+        root = value;
+        if (weights == nullptr || Admit()) WriteAt(value, 0);
     }
 
 private:
@@ -40,19 +49,24 @@ private:
     void WriteContainer(const Value& value, int depth);
     void WriteComponents(const Value& value, const char* const* names, int count);
     [[nodiscard]] bool Spend(std::uint64_t values);
+    [[nodiscard]] bool Admit();
     void Refuse();
     [[nodiscard]] std::string Label(const HeapObject& record, std::size_t field) const;
 
     CanonicalWriter& out;
     const Program& program;
     const Heap& heap;
-    std::uint64_t left;  // values that may still be written
+    std::uint64_t left;                    // values that may still be written unasked
+    std::unique_ptr<WalkWeights> weights;  // once `left` was spent
+    std::uint64_t admitted = 0;            // values of the roots that were asked about
+    bool refused = false;
+    Value root;  // holds no reference: it stands where the caller has it
     std::string path;
 };
 
 void StateWriter::WriteAt(const Value& value, int depth) {
-    if (!Spend(1 + path.size() / PathBytes)) return;
-    if (depth > MaxDepth) return out.Text(path.c_str(), "<profundo>");
+    if (!Spend(1 + path.size() / PathBytesPerValue)) return;
+    if (depth > MaxStateDepth) return out.Text(path.c_str(), "<profundo>");
     switch (value.kind) {
         case Kind::Int:
         case Kind::Enum: return out.I64(path.c_str(), value.Int());
@@ -73,21 +87,31 @@ void StateWriter::WriteAt(const Value& value, int depth) {
 }
 
 bool StateWriter::Spend(std::uint64_t values) {
-    if (values > left) {
-        left = 0;
-        Refuse();
-        return false;
+    if (refused) return false;
+    if (weights != nullptr) return true;
+    if (values <= left) {
+        left -= values;
+        return true;
     }
-    left -= values;
-    return true;
+    weights = std::make_unique<WalkWeights>(program, heap);
+    return Admit();
+}
+
+// Whether the walk from this root may go on to its end, together with those admitted before it.
+bool StateWriter::Admit() {
+    admitted += weights->Of(root);
+    if (admitted <= MaxValues) return true;
+    Refuse();
+    return false;
 }
 
 void StateWriter::Refuse() {
+    refused = true;
     if (out.failure.empty()) out.failure = "as mesmas listas ou textos aparecem nele vezes demais";
 }
 
 void StateWriter::WriteText(const std::string& text) {
-    if (Spend(text.size() / TextBytes)) out.Text(path.c_str(), text);
+    if (Spend(text.size() / TextBytesPerValue)) out.Text(path.c_str(), text);
 }
 
 void StateWriter::WriteComponents(const Value& value, const char* const* names, int count) {
@@ -108,7 +132,7 @@ void StateWriter::WriteContainer(const Value& value, int depth) {
         path.resize(length);
     }
     for (std::size_t i = 0; i < object.items.size(); ++i) {
-        if (left == 0) return Refuse();
+        if (refused) return;
         if (value.kind == Kind::Record) {
             path.append(".").append(Label(object, i));
         } else {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
+
+#include "core/script/state/walk_weight.h"
 #include "tests/core/script/compiler/compile_support.h"
 
 namespace tavrel::core::script {
@@ -91,20 +94,62 @@ TEST(ScriptState, NamesFieldsByNumberBeyondTheirRecord) {
     EXPECT_EQ(names, "x.a x.1 x.0 x.1 ");
 }
 
+// A list that holds the same value so many times, each with a reference of its own.
+Value ListOf(Heap& heap, int count, const Value& value) {
+    const auto object = static_cast<std::uint32_t>(heap.NewList());
+    for (int i = 0; i < count; ++i) {
+        heap.Retain(value);
+        heap.Append(heap.objects[object], value);
+    }
+    return MakeObject(Kind::List, object);
+}
+
+// A list of two lists of two lists and so on: 2^(levels + 1) - 1 values.
+Value Doubled(Heap& heap, int levels) {
+    Value value = MakeInt(1);
+    for (int i = 0; i < levels; ++i) value = ListOf(heap, 2, value);
+    return value;
+}
+
 TEST(ScriptState, EndsOnStructuresOfTooManyWays) {
     const Program program;
     Heap heap;
-    Value value = MakeInt(1);
-    for (int i = 0; i < 40; ++i) {
-        const auto object = static_cast<std::uint32_t>(heap.NewList());
-        heap.Retain(value);
-        heap.Append(heap.objects[object], value);
-        heap.Append(heap.objects[object], value);
-        value = MakeObject(Kind::List, object);
+    const Value itself = ListOf(heap, 1, MakeInt(1));
+    for (int i = 0; i < 2; ++i) heap.Append(heap.At(itself), itself);
+    for (const Value& value : {Doubled(heap, 40), itself}) {
+        CanonicalWriter writer(false);
+        WriteScriptValue(writer, program, heap, "x", value);
+        EXPECT_EQ(writer.failure, "as mesmas listas ou textos aparecem nele vezes demais");
     }
+}
+
+// Far more than the heap holds, but no more than can be written.
+TEST(ScriptState, WritesSharedTextsOfAGigabyte) {
+    const Program program;
+    Heap heap;
+    const Value text = MakeObject(Kind::Text, static_cast<std::uint32_t>(heap.NewText(std::string(1U << 25U, 'x'))));
     CanonicalWriter writer(false);
-    WriteScriptValue(writer, program, heap, "x", value);
-    EXPECT_EQ(writer.failure, "as mesmas listas ou textos aparecem nele vezes demais");
+    std::uint64_t size = 0;
+    writer.takeBytes = [&size](std::span<const std::uint8_t> bytes) { size += bytes.size(); };
+    WriteScriptValue(writer, program, heap, "x", ListOf(heap, 40, text));
+    EXPECT_EQ(writer.failure, "");
+    EXPECT_EQ(size + writer.bytes.size(), 5 + 40 * (5 + (std::uint64_t{1} << 25U)));
+}
+
+TEST(ScriptState, KnowsHowMuchAWalkWrites) {
+    const Program program;
+    Heap heap;
+    const Value itself = ListOf(heap, 3, MakeInt(1));
+    heap.Append(heap.At(itself), itself);
+    for (const Value& value : {MakeInt(1), Doubled(heap, 12), ListOf(heap, 5, Doubled(heap, 1)), itself}) {
+        CanonicalWriter writer(true);
+        WriteScriptValue(writer, program, heap, "", value);
+        std::uint64_t pathBytes = 0;
+        for (const CanonicalField& field : writer.fields) pathBytes += field.name.size();
+        const std::uint64_t weight = WalkWeights(program, heap).Of(value);
+        EXPECT_GE(weight, writer.fields.size() + pathBytes / PathBytesPerValue / 2);
+        EXPECT_LE(weight, writer.fields.size() + pathBytes * 4 / PathBytesPerValue);
+    }
 }
 
 TEST(ScriptState, NamesTheFirstNan) {
