@@ -1,8 +1,8 @@
-// A reader by recursive descent over bytes from outside. Depth, width and size are bounded, so that neither the stack
-// nor memory depends on who wrote the text. It is lenient where that costs nothing (a sign or a point at the start of a
-// number, an exponent without digits, any bytes above 127); which texts it takes and which reasons it gives are relied
-// upon, so that a change here is a change of what editors get. Plain stretches of texts are copied whole, and the room
-// that the last container of a depth needed is taken at once for the next.
+// A reader by recursive descent over bytes from outside. Depth, width and size are bounded, so that no text can exhaust
+// the stack or the memory. It is lenient where that costs nothing (a sign or a point at the start of a number, an
+// exponent without digits, any bytes above 127); which texts it takes and which reasons it gives are relied upon, so
+// that a change here is a change of what editors get. Plain stretches of texts are copied whole, and the room that the
+// last container of a depth needed is taken at once for the next.
 #include <algorithm>
 #include <array>
 #include <charconv>

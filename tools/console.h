@@ -6,7 +6,7 @@
 
 namespace tavrel::tools {
 
-// Results and good news.
+// What a command found and did.
 void Print(std::string_view text);
 
 // Faults and reports. What was printed before comes out first, so that both keep their order in one file.

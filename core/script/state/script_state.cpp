@@ -150,11 +150,8 @@ void StateWriter::WriteContainer(const Value& value, int depth) {
 }
 
 std::string StateWriter::Label(const HeapObject& record, std::size_t field) const {
-    if (record.record >= 0 && static_cast<std::size_t>(record.record) < program.records.size()) {
-        const RecordInfo& info = program.records[static_cast<std::size_t>(record.record)];
-        if (field < info.fieldNames.size()) return info.fieldNames[field];
-    }
-    return std::to_string(field);
+    const std::string* name = FieldName(program, record, field);
+    return name != nullptr ? *name : std::to_string(field);
 }
 
 }  // namespace

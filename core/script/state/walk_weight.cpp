@@ -25,6 +25,13 @@ bool HoldsValues(Kind kind) {
 
 }  // namespace
 
+const std::string* FieldName(const Program& program, const HeapObject& record, std::size_t field) {
+    const auto index = static_cast<std::size_t>(record.record);
+    if (record.record < 0 || index >= program.records.size()) return nullptr;
+    const std::vector<std::string>& names = program.records[index].fieldNames;
+    return field < names.size() ? &names[field] : nullptr;
+}
+
 WalkWeights::WalkWeights(const Program& givenProgram, const Heap& givenHeap)
     : program(givenProgram), heap(givenHeap), weights(givenHeap.objects.size()) {
     // One more than the depth, for the marks that stand below it.
@@ -66,11 +73,8 @@ WalkWeights::Weight WalkWeights::WeightOf(const HeapObject& object) const {
 }
 
 std::uint64_t WalkWeights::LabelBytes(const HeapObject& object, std::size_t item) const {
-    const auto record = static_cast<std::size_t>(object.record);
-    if (object.kind != Kind::Record || object.record < 0 || record >= program.records.size()) return IndexBytes;
-    const std::vector<std::string>& names = program.records[record].fieldNames;
-    if (item >= names.size()) return IndexBytes;
-    return std::min<std::uint64_t>(names[item].size() + 1, MaxLabelBytes);
+    const std::string* name = object.kind == Kind::Record ? FieldName(program, object, item) : nullptr;
+    return name == nullptr ? IndexBytes : std::min<std::uint64_t>(name->size() + 1, MaxLabelBytes);
 }
 
 void WalkWeights::Add(Weight& sum, const Weight& held, std::uint64_t labelBytes) {

@@ -3,7 +3,9 @@
 // to stay as it is while the answers are used; out comes a number for each value. Private to the writer of states.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "core/script/program/program.h"
@@ -18,6 +20,9 @@ inline constexpr int MaxStateDepth = 64;
 // bytes counts as a value.
 inline constexpr std::uint64_t TextBytesPerValue = 32;
 inline constexpr std::uint64_t PathBytesPerValue = 256;
+
+// The name of a record's field; null where the program has none for it, and its number serves.
+[[nodiscard]] const std::string* FieldName(const Program& program, const HeapObject& record, std::size_t field);
 
 class WalkWeights {
 public:
