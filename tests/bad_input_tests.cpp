@@ -373,7 +373,8 @@ TEST(BadInput, WhatAHookPrintedHasLeftWhenItEnds) {
     WriteFile(folder.path / "m.tvl",
               "modulo M\nestado\n    n: inteiro\nfim\nao iniciar\n    escreva(\"um\")\nfim\n"
               "a cada tick (passo: real)\n    n = n + 1\n    se n == 2 entao escreva(\"dois\") fim\nfim\n");
-    const Finished finished = RunTool({"executar", "m.tvl", "--ticks", "1000000000000"}, folder.path, {1, 0});
+    const Finished finished =
+        RunTool({"executar", "m.tvl", "--ticks", "1000000000000"}, folder.path, {Sanitized ? 10U : 2U, 0});
     EXPECT_EQ(finished.signal, SIGALRM);
     EXPECT_EQ(finished.out, "um\ndois\n");
 }
