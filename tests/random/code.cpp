@@ -18,12 +18,11 @@ constexpr unsigned WritesOf[] = {28, 28, 30, 12, 10, 12, 12, 8, 8, 30, 10, 10};
 constexpr unsigned WritesOfMapUpdate = 28;
 
 unsigned Writes(const Law& law) {
-    if (law.hooks == 0) return 0;
+    if (law.hooks == HookMask::None) return 0;
     unsigned writes = WritesOfMapUpdate;
-    if ((law.hooks >> 31U) == 0) writes = ~0U;
-    unsigned kind = 0;
-    for (const unsigned hookWrites : WritesOf) {
-        if ((law.hooks >> kind++ & 1U) != 0) writes &= hookWrites;
+    if (!Contains(law.hooks, HookMask::UpdateMap)) writes = ~0U;
+    for (int kind = 0; kind < HookCount; ++kind) {
+        if (Contains(law.hooks, MaskOf(static_cast<HookKind>(kind)))) writes &= WritesOf[kind];
     }
     return writes;
 }
@@ -53,16 +52,16 @@ std::string CodeWriter::CallLine(const Law& givenLaw, const Routine& routine) {
 
 bool CodeWriter::MayCall(const Law& caller, const Routine& routine) {
     if (routine.law.rule) return true;
-    return !caller.onlyReads && (caller.hooks & ~routine.law.hooks) == 0;
+    return !caller.onlyReads && Contains(routine.law.hooks, caller.hooks);
 }
 
 bool CodeWriter::IsValidIn(HookMask hooks) const {
-    return law.hooks != 0 && (law.hooks & ~hooks) == 0;
+    return law.hooks != HookMask::None && Contains(hooks, law.hooks);
 }
 
 bool CodeWriter::MayUse(const Form& form) {
-    if (form.hooks != 0 && !IsValidIn(form.hooks)) return false;
-    if (form.use == Use::World) return world && law.hooks != 0;
+    if (form.hooks != 0 && !IsValidIn(HookMask{form.hooks})) return false;
+    if (form.use == Use::World) return world && law.hooks != HookMask::None;
     return form.use == Use::Safe || (risky && numbers.OneIn(6));
 }
 

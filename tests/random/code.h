@@ -17,9 +17,9 @@ using Type = std::string;
 
 // What code may do, which follows from the hooks it runs in.
 struct Law {
-    core::script::HookMask hooks = 0;  // bit k for HookKind k, bit 31 for "atualizar_mapa"
-    bool onlyReads = false;            // calls nothing that has a law of its own
-    bool rule = false;                 // sees no variables but its own and constants
+    core::script::HookMask hooks = core::script::HookMask::None;
+    bool onlyReads = false;  // calls nothing that has a law of its own
+    bool rule = false;       // sees no variables but its own and constants
 };
 
 enum class Place : std::uint8_t { Constant, State, Visual, Progress, Derived, Fixed, Local };

@@ -16,10 +16,6 @@ namespace {
 
 using namespace core::script;
 
-constexpr HookMask Bit(HookKind kind) {
-    return HookMask{1} << static_cast<unsigned>(kind);
-}
-
 struct Hook {
     HookKind kind;
     const char* head;
@@ -53,12 +49,12 @@ constexpr Hook BehaviourHooks[] = {
 // The laws of functions: those of any hook, of the tick alone, of the frame alone, and rules. Every one is reached from
 // the tick or the frame, so that what it asks of the world is allowed.
 constexpr Law Anywhere = {AllHooks};
-constexpr Law InTick = {Bit(HookKind::Tick)};
-constexpr Law InFrame = {Bit(HookKind::Frame)};
-constexpr Law Rule = {0, true, true};
-constexpr Law Focus = {0, true};
+constexpr Law InTick = {HookMask::Tick};
+constexpr Law InFrame = {HookMask::Frame};
+constexpr Law Rule = {HookMask::None, true, true};
+constexpr Law Focus = {HookMask::None, true};
 constexpr Law Initial = {};
-constexpr Law MapUpdate = {HookMask{1} << 31U};
+constexpr Law MapUpdate = {HookMask::UpdateMap};
 
 class ScriptWriter {
 public:
@@ -163,7 +159,7 @@ private:
 
     // The tick and the frame begin with a call of all that only they, or first they, may call.
     std::string HookText(const Hook& hook) {
-        const Law law = {Bit(hook.kind)};
+        const Law law = {MaskOf(hook.kind)};
         const std::string_view param = hook.param;
         const std::size_t before = code.variables.size();
         std::string text = hook.head;

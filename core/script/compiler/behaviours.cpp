@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::int32_t FirstDeclaredField = 2;  // behind "eu" and "meu_corpo"
 
-constexpr Permits InitializerPermits = {.writes = 30, .random = false, .rule = false, .reached = true, .hooks = 0};
+constexpr Permits InitializerPermits = {.writes = AllVariables, .random = false, .rule = false, .reached = true};
 
 struct FieldFlags {
     bool published = false;

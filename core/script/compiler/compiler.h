@@ -34,11 +34,11 @@ struct Place {
 
 // What a piece of code may do.
 struct Permits {
-    std::uint8_t writes = 0;  // bit c: variables of GlobalCategory c
-    bool random = false;      // may draw random numbers
-    bool rule = false;        // a terrain or ground rule: reads only locals and constants
-    bool reached = false;     // the analysis has come here
-    HookMask hooks = 0;       // the hooks it runs in; 0 for none, so outside any world
+    CategoryMask writes = CategoryMask::None;  // the variables it may write
+    bool random = false;                       // may draw random numbers
+    bool rule = false;                         // a terrain or ground rule: reads only locals and constants
+    bool reached = false;                      // the analysis has come here
+    HookMask hooks = HookMask::None;           // the hooks it runs in; with none it runs outside any world
 
     bool operator==(const Permits&) const = default;
 };
@@ -82,7 +82,7 @@ struct HostSignature {
     std::vector<HostDefault> defaults;  // one for each parameter
     std::int32_t required = 0;          // leading parameters without a default
     TypeId result = NothingType;
-    HookMask hooks = 0;
+    HookMask hooks = HookMask::None;
     bool effect = false;
 };
 
@@ -90,7 +90,7 @@ struct HostSignature {
 struct HostField {
     std::uint32_t id = 0;
     TypeId type = FailedType;
-    HookMask hooks = 0;
+    HookMask hooks = HookMask::None;
 };
 
 // A variable of an open scope. One without a name is out of reach of the source.

@@ -19,12 +19,11 @@ struct ReservedRow {
 };
 
 Permits RulePermits() {
-    return {.writes = 0, .random = false, .rule = true, .reached = true, .hooks = 0};
+    return {.random = false, .rule = true, .reached = true};
 }
 
 // By ReservedFunction. Types are compared by their texts.
 const std::array<ReservedRow, ReservedFunctionCount>& ReservedFunctions() {
-    constexpr HookMask UpdateMapHook = HookMask{1} << 31;
     static const std::array<ReservedRow, ReservedFunctionCount> rows = {{
         {"funcao relevo_base(x: real, z: real): real", {"real", "real"}, "real", RulePermits()},
         {"procedimento ajustar_material(x: real, z: real, camadas: lista de real)",
@@ -33,8 +32,13 @@ const std::array<ReservedRow, ReservedFunctionCount>& ReservedFunctions() {
          RulePermits()},
         {"funcao pode_ficar(x: real, z: real): logico", {"real", "real"}, "logico", RulePermits()},
         {"funcao altura_do_corpo(): real", {}, "real", RulePermits()},
-        {"funcao atualizar_mapa(): logico", {}, "logico", {28, false, false, true, UpdateMapHook}},
-        {"funcao foco_do_jogador(n: inteiro): vetor3", {"inteiro"}, "vetor3", {0, false, false, true, 0}},
+        {"funcao atualizar_mapa(): logico",
+         {},
+         "logico",
+         {.writes = CategoryMask::Visual | CategoryMask::Progress | CategoryMask::Derived,
+          .reached = true,
+          .hooks = HookMask::UpdateMap}},
+        {"funcao foco_do_jogador(n: inteiro): vetor3", {"inteiro"}, "vetor3", {.reached = true}},
     }};
     return rows;
 }

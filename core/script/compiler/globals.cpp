@@ -10,7 +10,8 @@ namespace {
 
 constexpr std::size_t LongestPublishedName = 64;
 
-constexpr Permits InitializerPermits = {.writes = 31, .random = false, .rule = false, .reached = true, .hooks = 0};
+constexpr Permits InitializerPermits = {
+    .writes = AllVariables | CategoryMask::Constant, .random = false, .rule = false, .reached = true};
 
 bool IsPublishedName(const std::string& name) {
     if (name.empty() || name.size() > LongestPublishedName) return false;

@@ -7,10 +7,7 @@ namespace tavrel::core::script {
 
 namespace {
 
-constexpr HookMask TickHook = HookMask{1} << static_cast<unsigned>(HookKind::Tick);
-constexpr HookMask FrameHook = HookMask{1} << static_cast<unsigned>(HookKind::Frame);
-constexpr HookMask ShowingHooks = FrameHook | HookMask{1} << static_cast<unsigned>(HookKind::Draw) |
-                                  HookMask{1} << static_cast<unsigned>(HookKind::Camera);
+constexpr HookMask ShowingHooks = HookMask::Frame | HookMask::Draw | HookMask::Camera;
 
 }  // namespace
 
@@ -119,7 +116,7 @@ TypeId Compiler::CompileEventReading(const Expr& expr) {
         return FailedType;
     }
     std::string name = "eventos." + std::string(field.text) + "." + std::string(expr.text);
-    if (!CheckHooks(value ? ShowingHooks : FrameHook, expr.span, name, false)) return FailedType;
+    if (!CheckHooks(value ? ShowingHooks : HookMask::Frame, expr.span, name, false)) return FailedType;
     if (value) {
         EmitIndexed(Op::LoadGlobal, event->valueGlobal, expr.span);
         return event->type;
@@ -185,7 +182,7 @@ TypeId Compiler::CompileEmission(const Expr& call) {
     const EventInfo* event = FindEvent(field);
     if (event == nullptr) return FailedType;
     std::string name(field.text);
-    if (!CheckHooks(TickHook, call.span, "eventos." + name + ".emitir", true)) return FailedType;
+    if (!CheckHooks(HookMask::Tick, call.span, "eventos." + name + ".emitir", true)) return FailedType;
     if (!HasOneUnlabelled(call)) {
         Error(call.span, "\"emitir\" recebe o valor do evento (" + TypeName(event->type) + ")",
               "por exemplo: eventos." + name + ".emitir(...)");

@@ -9,18 +9,33 @@ namespace tavrel::core::script {
 
 namespace {
 
-constexpr HookMask UpdateMapHook = HookMask{1} << 31;
-
-struct HookRow {
-    std::uint8_t writes;
+struct HookLaw {
+    CategoryMask writes;
     bool random;
 };
 
-// By HookKind; the bits of `writes` are those of GlobalCategory.
-constexpr HookRow HookRows[HookCount] = {
-    {28, false}, {28, false}, {30, false}, {12, false}, {10, true}, {12, false},
-    {12, false}, {8, false},  {8, false},  {30, false}, {10, true}, {10, true},
-};
+// What each hook may write, and whether it may draw random numbers.
+constexpr HookLaw LawOf(HookKind kind) {
+    constexpr CategoryMask State = CategoryMask::State;
+    constexpr CategoryMask Visual = CategoryMask::Visual;
+    constexpr CategoryMask Progress = CategoryMask::Progress;
+    constexpr CategoryMask Derived = CategoryMask::Derived;
+    switch (kind) {
+        case HookKind::Start: return {Visual | Progress | Derived, false};
+        case HookKind::LoadMap: return {Visual | Progress | Derived, false};
+        case HookKind::ResetMap: return {State | Visual | Progress | Derived, false};
+        case HookKind::Interrupt: return {Visual | Progress, false};
+        case HookKind::Tick: return {State | Progress, true};
+        case HookKind::Frame: return {Visual | Progress, false};
+        case HookKind::Draw: return {Visual | Progress, false};
+        case HookKind::Camera: return {Progress, false};
+        case HookKind::Shutdown: return {Progress, false};
+        case HookKind::Spawn: return {State | Visual | Progress | Derived, false};
+        case HookKind::Touch: return {State | Progress, true};
+        case HookKind::Release: return {State | Progress, true};
+    }
+    return {CategoryMask::None, false};
+}
 
 // A function may do what all its callers may do, and is valid only where all of them are. True when it changed.
 bool Merge(Permits& callee, const Permits& caller) {
@@ -52,17 +67,17 @@ const char* WriteHint(GlobalCategory category) {
 }  // namespace
 
 Permits HookPermits(HookKind kind) {
-    const HookRow& row = HookRows[static_cast<std::size_t>(kind)];
-    return {row.writes, row.random, false, true, HookMask{1} << static_cast<unsigned>(kind)};
+    const HookLaw law = LawOf(kind);
+    return {law.writes, law.random, false, true, MaskOf(kind)};
 }
 
 std::string HookNames(HookMask mask) {
     std::string list;
-    for (int kind = 0; kind < HookCount; ++kind) {
-        if ((mask >> kind & 1) == 0) continue;
-        list += (list.empty() ? "" : ", ") + std::string(HookName(static_cast<HookKind>(kind)));
+    for (int number = 0; number < HookCount; ++number) {
+        const auto kind = static_cast<HookKind>(number);
+        if (Contains(mask, MaskOf(kind))) list += (list.empty() ? "" : ", ") + std::string(HookName(kind));
     }
-    if ((mask & UpdateMapHook) != 0) list += list.empty() ? "atualizar_mapa" : ", atualizar_mapa";
+    if (Contains(mask, HookMask::UpdateMap)) list += list.empty() ? "atualizar_mapa" : ", atualizar_mapa";
     return list.empty() ? "nenhum gancho" : list;
 }
 
@@ -76,7 +91,7 @@ void Compiler::AnalyzePermissions() {
     for (FunctionEntry& entry : functions) {
         if (entry.permits.reached) continue;
         // No hook comes here, so no law holds but the world's absence.
-        entry.permits.writes |= 30;
+        entry.permits.writes |= AllVariables;
         entry.permits.random = true;
     }
 }
@@ -139,15 +154,15 @@ bool Compiler::CheckHooks(HookMask allowed, Span span, const std::string& name, 
               "ela roda sobre uma copia do terreno, fora do quadro, e so le o que recebe");
         return false;
     }
-    if (permits.hooks == 0) {
+    if (permits.hooks == HookMask::None) {
         Error(span, Quoted(name) + " precisa do mundo, e aqui nao ha gancho que o alcance",
               permits.rule ? "esta funcao e uma regra de relevo: ela roda sobre uma copia do terreno, fora do quadro"
                            : "o valor inicial de uma variavel e calculado antes de haver mapa (use \"ao carregar "
                              "mapa\"), e foco_do_jogador so le o estado, entre ticks");
         return false;
     }
-    if ((permits.hooks & ~allowed) == 0) return true;
-    if ((permits.hooks & allowed) != 0) {
+    if (Contains(allowed, permits.hooks)) return true;
+    if (Overlap(permits.hooks, allowed)) {
         Error(span, Quoted(name) + " nao vale em todos os ganchos que chamam esta funcao",
               "ela vale em: " + HookNames(allowed) + "; esta funcao e chamada de: " + HookNames(permits.hooks));
     } else {
@@ -157,7 +172,7 @@ bool Compiler::CheckHooks(HookMask allowed, Span span, const std::string& name, 
 }
 
 bool Compiler::CheckWrite(const Place& place, Span span, const std::string& name) {
-    bool categoryAllowed = (permits.writes >> static_cast<unsigned>(place.category) & 1) != 0;
+    bool categoryAllowed = Contains(permits.writes, MaskOf(place.category));
     bool allowed = place.writable && (place.kind == PlaceKind::Local || (!permits.rule && categoryAllowed));
     if (!allowed) RefuseWrite(place, span, name);
     return allowed;

@@ -1,38 +1,51 @@
+// The names of the fixed numberings, taken from the same rows as the enumerations. A switch refuses a number that two
+// rows share, and the assertions one that leaves a gap, since Count rows then hold the numbers below Count.
 #include "core/script/program/kinds.h"
-
-#include <array>
-#include <cstddef>
 
 namespace tavrel::core::script {
 
-namespace {
-
-constexpr std::array<const char*, HookCount> HookNames = {
-    "ao iniciar",  "ao carregar mapa", "ao reiniciar mapa", "ao interromper", "a cada tick", "a cada quadro",
-    "ao desenhar", "camera",           "ao encerrar",       "ao nascer",      "ao tocar",    "ao soltar",
-};
-
-constexpr std::array<const char*, 5> CategoryNames = {"constante", "estado", "visual", "progresso", "derivado do mapa"};
-
-constexpr std::array<const char*, ReservedFunctionCount> ReservedNames = {
-    "relevo_base", "ajustar_material", "pode_ficar", "altura_do_corpo", "atualizar_mapa", "foco_do_jogador",
-};
-
-}  // namespace
+#define TAVREL_KIND(name, number, word) static_assert(number < KindCount);
+#define TAVREL_HOOK(name, number, text) static_assert(number < HookCount);
+#define TAVREL_CATEGORY(name, number, text) static_assert(number < CategoryCount);
+#define TAVREL_RESERVED(name, number, text) static_assert(number < ReservedFunctionCount);
+#include "core/script/program/kinds.def"
+#undef TAVREL_KIND
+#undef TAVREL_HOOK
+#undef TAVREL_CATEGORY
+#undef TAVREL_RESERVED
+static_assert(HookCount < 31, "the last bit of a HookMask stands for \"atualizar_mapa\"");
 
 const char* HookName(HookKind kind) {
-    const auto row = static_cast<std::size_t>(kind);
-    return row < HookNames.size() ? HookNames[row] : "um gancho";
+    switch (kind) {
+#define TAVREL_HOOK(name, number, text) \
+    case HookKind::name:                \
+        return text;
+#include "core/script/program/kinds.def"
+#undef TAVREL_HOOK
+    }
+    return "um gancho";
 }
 
 const char* CategoryName(GlobalCategory category) {
-    const auto row = static_cast<std::size_t>(category);
-    return row < CategoryNames.size() ? CategoryNames[row] : "?";
+    switch (category) {
+#define TAVREL_CATEGORY(name, number, text) \
+    case GlobalCategory::name:              \
+        return text;
+#include "core/script/program/kinds.def"
+#undef TAVREL_CATEGORY
+    }
+    return "?";
 }
 
 const char* ReservedName(ReservedFunction function) {
-    const auto row = static_cast<std::size_t>(function);  // a negative number becomes a row far behind the last
-    return row < ReservedNames.size() ? ReservedNames[row] : "?";
+    switch (function) {
+#define TAVREL_RESERVED(name, number, text) \
+    case ReservedFunction::name:            \
+        return text;
+#include "core/script/program/kinds.def"
+#undef TAVREL_RESERVED
+    }
+    return "?";
 }
 
 }  // namespace tavrel::core::script

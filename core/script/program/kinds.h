@@ -1,65 +1,132 @@
-// The small fixed numberings that the front end, the compiler, the runtime and the world's table share, and the few
-// plain records that both a syntax tree and a program carry. A leaf: it knows nothing of trees or programs.
+// The small fixed numberings that the front end, the compiler, the runtime and the world's table share, the sets of
+// hooks and categories that the law over state is written in, and the few plain records that both a syntax tree and a
+// program carry. A leaf: it knows nothing of trees or programs. The members of the numberings stand in kinds.def.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 
 #include "core/script/source/source_file.h"
 
 namespace tavrel::core::script {
 
-// The kind of a value and of a type. The numbers enter digests and are the ids of the built-in types.
+// The kind of a value and of a type.
 enum class Kind : std::uint8_t {
-    Unknown = 0,
-    Nothing = 1,
-    Int = 2,
-    Real = 3,
-    Bool = 4,
-    Text = 5,
-    Vec2 = 6,
-    Vec3 = 7,
-    Color = 8,
-    Object = 9,
-    Body = 10,
-    Sound = 11,
-    List = 12,
-    Dict = 13,
-    Record = 14,
-    Enum = 15,
-    Space = 16,
+#define TAVREL_KIND(name, number, word) name = number,
+#include "core/script/program/kinds.def"
+#undef TAVREL_KIND
 };
 
-// The hooks of a module or behaviour. The numbers enter digests, as the order of the hook tables of a program.
+// The hooks of a module or behaviour, in the order of a program's tables of hooks.
 enum class HookKind : std::uint8_t {
-    Start = 0,
-    LoadMap = 1,
-    ResetMap = 2,
-    Interrupt = 3,
-    Tick = 4,
-    Frame = 5,
-    Draw = 6,
-    Camera = 7,
-    Shutdown = 8,
-    Spawn = 9,
-    Touch = 10,
-    Release = 11,
+#define TAVREL_HOOK(name, number, text) name = number,
+#include "core/script/program/kinds.def"
+#undef TAVREL_HOOK
 };
-inline constexpr int HookCount = 12;
 
-// The storage category of a variable. The numbers enter digests.
-enum class GlobalCategory : std::uint8_t { Constant = 0, State = 1, Visual = 2, Progress = 3, Derived = 4 };
+// The storage category of a variable.
+enum class GlobalCategory : std::uint8_t {
+#define TAVREL_CATEGORY(name, number, text) name = number,
+#include "core/script/program/kinds.def"
+#undef TAVREL_CATEGORY
+};
 
 // Functions that the world calls by name.
 enum class ReservedFunction : std::int32_t {
-    BaseRelief = 0,
-    AdjustMaterial = 1,
-    CanStand = 2,
-    BodyHeight = 3,
-    UpdateMap = 4,
-    PlayerFocus = 5,
+#define TAVREL_RESERVED(name, number, text) name = number,
+#include "core/script/program/kinds.def"
+#undef TAVREL_RESERVED
 };
-inline constexpr int ReservedFunctionCount = 6;
+
+// A set of hooks. Beside them it can hold the reserved function "atualizar_mapa", from which the world is reached as
+// from a hook. The empty set stands for code that no hook reaches.
+enum class HookMask : std::uint32_t {
+    None = 0,
+#define TAVREL_HOOK(name, number, text) name = std::uint32_t{1} << number,
+#include "core/script/program/kinds.def"
+#undef TAVREL_HOOK
+    UpdateMap = std::uint32_t{1} << 31,
+};
+
+// Every hook and "atualizar_mapa"; a hook yet to come is in it too.
+inline constexpr HookMask AllHooks{0xFFFFFFFF};
+
+// A set of storage categories.
+enum class CategoryMask : std::uint8_t {
+    None = 0,
+#define TAVREL_CATEGORY(name, number, text) name = std::uint8_t{1} << number,
+#include "core/script/program/kinds.def"
+#undef TAVREL_CATEGORY
+};
+
+// How many members each numbering has.
+inline constexpr int KindCount = 0
+#define TAVREL_KIND(name, number, word) +1
+#include "core/script/program/kinds.def"
+#undef TAVREL_KIND
+    ;
+inline constexpr int HookCount = 0
+#define TAVREL_HOOK(name, number, text) +1
+#include "core/script/program/kinds.def"
+#undef TAVREL_HOOK
+    ;
+inline constexpr int CategoryCount = 0
+#define TAVREL_CATEGORY(name, number, text) +1
+#include "core/script/program/kinds.def"
+#undef TAVREL_CATEGORY
+    ;
+inline constexpr int ReservedFunctionCount = 0
+#define TAVREL_RESERVED(name, number, text) +1
+#include "core/script/program/kinds.def"
+#undef TAVREL_RESERVED
+    ;
+
+// The set of one hook, and that of one category.
+[[nodiscard]] constexpr HookMask MaskOf(HookKind kind) {
+    return HookMask{std::uint32_t{1} << static_cast<unsigned>(kind)};
+}
+[[nodiscard]] constexpr CategoryMask MaskOf(GlobalCategory category) {
+    return static_cast<CategoryMask>(1U << static_cast<unsigned>(category));
+}
+
+template <class Type>
+concept Mask = std::same_as<Type, HookMask> || std::same_as<Type, CategoryMask>;
+
+// Union and intersection of two sets.
+template <Mask Set>
+[[nodiscard]] constexpr Set operator|(Set left, Set right) {
+    using Bits = std::underlying_type_t<Set>;
+    return static_cast<Set>(static_cast<Bits>(left) | static_cast<Bits>(right));
+}
+template <Mask Set>
+[[nodiscard]] constexpr Set operator&(Set left, Set right) {
+    using Bits = std::underlying_type_t<Set>;
+    return static_cast<Set>(static_cast<Bits>(left) & static_cast<Bits>(right));
+}
+template <Mask Set>
+constexpr Set& operator|=(Set& left, Set right) {
+    return left = left | right;
+}
+template <Mask Set>
+constexpr Set& operator&=(Set& left, Set right) {
+    return left = left & right;
+}
+
+// Whether `set` holds all of `part`, and whether the two have a member in common.
+template <Mask Set>
+[[nodiscard]] constexpr bool Contains(Set set, Set part) {
+    return (set & part) == part;
+}
+template <Mask Set>
+[[nodiscard]] constexpr bool Overlap(Set left, Set right) {
+    return (left & right) != Set::None;
+}
+
+// Every category that a script can write at all.
+inline constexpr CategoryMask AllVariables =
+    CategoryMask::State | CategoryMask::Visual | CategoryMask::Progress | CategoryMask::Derived;
 
 // One default input of an action.
 struct Binding {

@@ -1,23 +1,30 @@
 #include "core/script/program/type_table.h"
 
+#include <string_view>
 #include <utility>
 
 namespace tavrel::core::script {
 
 namespace {
 
-constexpr const char* BuiltInWords[] = {"?",      "nada",   "inteiro", "real",   "logico", "texto",
-                                        "vetor2", "vetor3", "cor",     "objeto", "corpo",  "som"};
-static_assert(std::size(BuiltInWords) == SoundType.Number() + 1);
+// By number of the kind; empty for a kind that is built from other types.
+constexpr std::string_view BuiltInWords[] = {
+#define TAVREL_KIND(name, number, word) word,
+#include "core/script/program/kinds.def"
+#undef TAVREL_KIND
+};
+
+// TypeOf gives an entry's position, so the built-in types have to be the first of the table, one for each number.
+#define TAVREL_KIND(name, number, word) \
+    static_assert(BuiltInWords[number] == word && BuiltInWords[number].empty() == (number > SoundType.value));
+#include "core/script/program/kinds.def"
+#undef TAVREL_KIND
 
 }  // namespace
 
 TypeTable::TypeTable() {
-    for (std::size_t kind = 0; kind < std::size(BuiltInWords); ++kind) {
-        TypeInfo entry;
-        entry.kind = static_cast<Kind>(kind);
-        entry.name = BuiltInWords[kind];
-        entries.push_back(std::move(entry));
+    for (std::size_t number = 0; number <= SoundType.Number(); ++number) {
+        entries.push_back({.kind = static_cast<Kind>(number), .name = std::string(BuiltInWords[number])});
     }
 }
 

@@ -27,17 +27,13 @@ struct ApiEnum {
     std::vector<const char*> members;
 };
 
-// Bit k for HookKind k, bit 31 for "atualizar_mapa".
-using HookMask = std::uint32_t;
-inline constexpr HookMask AllHooks = 0xFFFFFFFF;
-
 struct ApiFunction {
     std::uint32_t id = 0;
     const char* name = "";    // namespace, point, leaf
     const char* result = "";  // empty for none
     std::vector<ApiParam> params;
-    HookMask hooks = 0;
-    bool effect = false;  // changes the world, so a terrain rule cannot call it
+    HookMask hooks = HookMask::None;  // where a script may use it
+    bool effect = false;              // changes the world, so a terrain rule cannot call it
 };
 
 // A value read from the world through a dotted name.
@@ -46,7 +42,7 @@ struct ApiNamespaceField {
     const char* space = "";
     const char* name = "";
     const char* type = "";
-    HookMask hooks = 0;
+    HookMask hooks = HookMask::None;  // where a script may use it
 };
 
 // A field of a handle value.
@@ -55,7 +51,7 @@ struct ApiValueField {
     Kind kind = Kind::Unknown;
     const char* name = "";
     const char* type = "";
-    HookMask hooks = 0;
+    HookMask hooks = HookMask::None;  // where a script may use it
 };
 
 // The whole table. With all four input ids 0 there is no "entrada".
@@ -66,9 +62,9 @@ struct Api {
     std::uint32_t inputHeld = 0;
     std::uint32_t inputReleased = 0;
     std::uint32_t inputValue = 0;
-    HookMask inputHooks = 0;
+    HookMask inputHooks = HookMask::None;
     std::uint32_t commandSend = 0;
-    HookMask commandHooks = 0;
+    HookMask commandHooks = HookMask::None;
     std::vector<ApiFunction> functions;
     std::vector<ApiNamespaceField> namespaceFields;
     std::vector<ApiValueField> valueFields;

@@ -4,18 +4,14 @@ namespace tavrel::core::script {
 
 namespace {
 
-constexpr HookMask On(HookKind kind) {
-    return HookMask{1} << static_cast<unsigned int>(kind);
-}
-
-constexpr HookMask OnTick = On(HookKind::Tick);
-constexpr HookMask OnFrame = On(HookKind::Frame);
-constexpr HookMask OnDraw = On(HookKind::Draw);
-constexpr HookMask OnCamera = On(HookKind::Camera);
-constexpr HookMask OnView = OnFrame | OnDraw | OnCamera;
-constexpr HookMask OnSession = OnTick | OnView;
-constexpr HookMask OnSoundCalls = On(HookKind::Start) | On(HookKind::LoadMap) | OnFrame | OnDraw;
-constexpr HookMask OnMapUpdate = HookMask{1} << 31;
+constexpr HookMask OnTick = HookMask::Tick;
+constexpr HookMask OnFrame = HookMask::Frame;
+constexpr HookMask OnDraw = HookMask::Draw;
+constexpr HookMask OnCamera = HookMask::Camera;
+constexpr HookMask OnPresentation = OnFrame | OnDraw | OnCamera;
+constexpr HookMask OnTickAndPresentation = OnTick | OnPresentation;
+constexpr HookMask OnSoundCalls = HookMask::Start | HookMask::LoadMap | OnFrame | OnDraw;
+constexpr HookMask OnMapUpdate = HookMask::UpdateMap;
 
 constexpr const char* White = "cor(255.0, 255.0, 255.0, 255.0)";
 
@@ -173,18 +169,24 @@ std::vector<ApiFunction> Functions() {
          false},
         {502, "camera.livre", "camera", {{"de", "vetor3"}, {"para", "vetor3"}}, OnCamera, false},
         {14, "mapa.criar", "objeto", {{"asset", "texto"}, {"x", "real"}, {"z", "real"}}, OnMapUpdate, true},
-        {902, "sessao.presente", "logico", {{"jogador", "inteiro"}}, OnSession, false},
+        {902, "sessao.presente", "logico", {{"jogador", "inteiro"}}, OnTickAndPresentation, false},
     };
 }
 
 std::vector<ApiNamespaceField> NamespaceFields() {
     return {
-        {1, "mapa", "nome", "texto", AllHooks},           {2, "mapa", "largura", "real", AllHooks},
-        {3, "mapa", "profundidade", "real", AllHooks},    {4, "mapa", "objetos", "lista de objeto", AllHooks},
-        {10, "mapa.ambiente", "hora", "real", AllHooks},  {11, "mapa.ambiente", "chuva", "real", AllHooks},
-        {12, "mapa.ambiente", "vento", "real", AllHooks}, {13, "mapa.ambiente", "noite", "logico", AllHooks},
-        {600, "projeto", "nome", "texto", AllHooks},      {601, "projeto", "pasta", "texto", AllHooks},
-        {900, "sessao", "papel", "texto", OnView},        {901, "sessao", "jogador", "inteiro", OnView},
+        {1, "mapa", "nome", "texto", AllHooks},
+        {2, "mapa", "largura", "real", AllHooks},
+        {3, "mapa", "profundidade", "real", AllHooks},
+        {4, "mapa", "objetos", "lista de objeto", AllHooks},
+        {10, "mapa.ambiente", "hora", "real", AllHooks},
+        {11, "mapa.ambiente", "chuva", "real", AllHooks},
+        {12, "mapa.ambiente", "vento", "real", AllHooks},
+        {13, "mapa.ambiente", "noite", "logico", AllHooks},
+        {600, "projeto", "nome", "texto", AllHooks},
+        {601, "projeto", "pasta", "texto", AllHooks},
+        {900, "sessao", "papel", "texto", OnPresentation},
+        {901, "sessao", "jogador", "inteiro", OnPresentation},
     };
 }
 

@@ -12,11 +12,11 @@ namespace {
 const Api& SmallWorld() {
     static const Api world = [] {
         Api api;
-        api.functions = {{1, "m.quadro", "real", {}, HookMask{1} << 5, false},
-                         {2, "m.mapa", "real", {}, HookMask{1} << 31, true},
+        api.functions = {{1, "m.quadro", "real", {}, HookMask::Frame, false},
+                         {2, "m.mapa", "real", {}, HookMask::UpdateMap, true},
                          {3, "m.tudo", "real", {}, AllHooks, false},
                          {4, "m.muda", "real", {}, AllHooks, true},
-                         {5, "m.nunca", "real", {}, 0, false}};
+                         {5, "m.nunca", "real", {}, HookMask::None, false}};
         return api;
     }();
     return world;

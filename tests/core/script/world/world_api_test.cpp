@@ -35,17 +35,17 @@ TEST(WorldApi, KeepsTheNumbersThatProgramsCarry) {
     EXPECT_EQ(Function("som.emitir_em").id, 303u);
     EXPECT_EQ(WorldApi().functions.front().id, 5u);
     EXPECT_EQ(WorldApi().functions.back().id, 902u);
-    EXPECT_EQ(Function("fisica.impulso").hooks, 0x10u);
-    EXPECT_EQ(Function("som.tocar").hooks, 0x63u);
-    EXPECT_EQ(Function("sessao.presente").hooks, 0xF0u);
-    EXPECT_EQ(WorldApi().namespaceFields.back().hooks, 0xE0u);
-    EXPECT_EQ(WorldApi().inputHooks, 48u);
-    EXPECT_EQ(WorldApi().commandHooks, 32u);
+    EXPECT_EQ(Function("fisica.impulso").hooks, HookMask{0x10});
+    EXPECT_EQ(Function("som.tocar").hooks, HookMask{0x63});
+    EXPECT_EQ(Function("sessao.presente").hooks, HookMask{0xF0});
+    EXPECT_EQ(WorldApi().namespaceFields.back().hooks, HookMask{0xE0});
+    EXPECT_EQ(WorldApi().inputHooks, HookMask{48});
+    EXPECT_EQ(WorldApi().commandHooks, HookMask{32});
 }
 
 TEST(WorldApi, OnlyCreatingObjectsBelongsToTheMapUpdate) {
     for (const auto& row : WorldApi().functions) {
-        EXPECT_EQ(row.hooks == 0x80000000u, std::string(row.name) == "mapa.criar") << row.name;
+        EXPECT_EQ(row.hooks == HookMask::UpdateMap, std::string(row.name) == "mapa.criar") << row.name;
     }
 }
 
