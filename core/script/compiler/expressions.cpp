@@ -5,7 +5,7 @@
 
 #include "core/script/compiler/compiler.h"
 #include "core/script/numeric/int_to_float.h"
-#include "core/script/syntax/legacy_words.h"
+#include "core/script/syntax/foreign_words.h"
 
 namespace tavrel::core::script {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "core/script/compiler/compiler.h"
-#include "core/script/syntax/legacy_words.h"
+#include "core/script/syntax/foreign_words.h"
 
 namespace tavrel::core::script {
 

@@ -9,41 +9,31 @@ namespace tavrel::core::script {
 #define TAVREL_CATEGORY(name, number, text) static_assert(number < CategoryCount);
 #define TAVREL_RESERVED(name, number, text) static_assert(number < ReservedFunctionCount);
 #include "core/script/program/kinds.def"
-#undef TAVREL_KIND
-#undef TAVREL_HOOK
-#undef TAVREL_CATEGORY
-#undef TAVREL_RESERVED
 static_assert(HookCount < 31, "the last bit of a HookMask stands for \"atualizar_mapa\"");
 
 const char* HookName(HookKind kind) {
-    switch (kind) {
 #define TAVREL_HOOK(name, number, text) \
-    case HookKind::name:                \
-        return text;
+    case HookKind::name: return text;
+    switch (kind) {
 #include "core/script/program/kinds.def"
-#undef TAVREL_HOOK
     }
     return "um gancho";
 }
 
 const char* CategoryName(GlobalCategory category) {
-    switch (category) {
 #define TAVREL_CATEGORY(name, number, text) \
-    case GlobalCategory::name:              \
-        return text;
+    case GlobalCategory::name: return text;
+    switch (category) {
 #include "core/script/program/kinds.def"
-#undef TAVREL_CATEGORY
     }
     return "?";
 }
 
 const char* ReservedName(ReservedFunction function) {
-    switch (function) {
 #define TAVREL_RESERVED(name, number, text) \
-    case ReservedFunction::name:            \
-        return text;
+    case ReservedFunction::name: return text;
+    switch (function) {
 #include "core/script/program/kinds.def"
-#undef TAVREL_RESERVED
     }
     return "?";
 }

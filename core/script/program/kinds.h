@@ -16,28 +16,24 @@ namespace tavrel::core::script {
 enum class Kind : std::uint8_t {
 #define TAVREL_KIND(name, number, word) name = number,
 #include "core/script/program/kinds.def"
-#undef TAVREL_KIND
 };
 
 // The hooks of a module or behaviour, in the order of a program's tables of hooks.
 enum class HookKind : std::uint8_t {
 #define TAVREL_HOOK(name, number, text) name = number,
 #include "core/script/program/kinds.def"
-#undef TAVREL_HOOK
 };
 
 // The storage category of a variable.
 enum class GlobalCategory : std::uint8_t {
 #define TAVREL_CATEGORY(name, number, text) name = number,
 #include "core/script/program/kinds.def"
-#undef TAVREL_CATEGORY
 };
 
 // Functions that the world calls by name.
 enum class ReservedFunction : std::int32_t {
 #define TAVREL_RESERVED(name, number, text) name = number,
 #include "core/script/program/kinds.def"
-#undef TAVREL_RESERVED
 };
 
 // A set of hooks. Beside them it can hold the reserved function "atualizar_mapa", from which the world is reached as
@@ -46,7 +42,6 @@ enum class HookMask : std::uint32_t {
     None = 0,
 #define TAVREL_HOOK(name, number, text) name = std::uint32_t{1} << number,
 #include "core/script/program/kinds.def"
-#undef TAVREL_HOOK
     UpdateMap = std::uint32_t{1} << 31,
 };
 
@@ -58,29 +53,24 @@ enum class CategoryMask : std::uint8_t {
     None = 0,
 #define TAVREL_CATEGORY(name, number, text) name = std::uint8_t{1} << number,
 #include "core/script/program/kinds.def"
-#undef TAVREL_CATEGORY
 };
 
 // How many members each numbering has.
 inline constexpr int KindCount = 0
 #define TAVREL_KIND(name, number, word) +1
 #include "core/script/program/kinds.def"
-#undef TAVREL_KIND
     ;
 inline constexpr int HookCount = 0
 #define TAVREL_HOOK(name, number, text) +1
 #include "core/script/program/kinds.def"
-#undef TAVREL_HOOK
     ;
 inline constexpr int CategoryCount = 0
 #define TAVREL_CATEGORY(name, number, text) +1
 #include "core/script/program/kinds.def"
-#undef TAVREL_CATEGORY
     ;
 inline constexpr int ReservedFunctionCount = 0
 #define TAVREL_RESERVED(name, number, text) +1
 #include "core/script/program/kinds.def"
-#undef TAVREL_RESERVED
     ;
 
 // The set of one hook, and that of one category.

@@ -1,32 +1,21 @@
+// The names of operations and natives, out of the tables that give their numbers. The switches refuse a number that two
+// rows share, and the assertions one that leaves a gap.
 #include "core/script/program/program.h"
 
 #include <algorithm>
 
 namespace tavrel::core::script {
 
-namespace {
-
-struct OpRow {
-    const char* name;
-    const char* operands;
-};
-
-constexpr OpRow OpRows[] = {
-#define TAVREL_OP(name, number, operands) {#name, operands},
+#define TAVREL_OP(name, number, operands) static_assert(number < OpCount);
 #include "core/script/program/op.def"
-#undef TAVREL_OP
-};
-static_assert(std::size(OpRows) == OpCount);
-static_assert(static_cast<int>(Op::CallHost) == OpCount - 1);
 
-constexpr const char* NativeNames[] = {
-#define TAVREL_NATIVE(name, number, text) text,
+constexpr int NativeRows = 0
+#define TAVREL_NATIVE(name, number, text) +1
 #include "core/script/program/native.def"
-#undef TAVREL_NATIVE
-};
-static_assert(std::size(NativeNames) == static_cast<std::size_t>(Native::Count));
-
-}  // namespace
+    ;
+static_assert(static_cast<int>(Native::Count) == NativeRows);
+#define TAVREL_NATIVE(name, number, text) static_assert(number < NativeRows);
+#include "core/script/program/native.def"
 
 bool Program::Calls(Native native) const {
     auto calls = [native](const Instruction& instruction) {
@@ -39,18 +28,31 @@ bool Program::Calls(Native native) const {
 }
 
 const char* OpName(Op op) {
-    auto number = static_cast<std::size_t>(op);
-    return number < std::size(OpRows) ? OpRows[number].name : "?";
+#define TAVREL_OP(name, number, operands) \
+    case Op::name: return #name;
+    switch (op) {
+#include "core/script/program/op.def"
+    }
+    return "?";
 }
 
 const char* OpOperands(Op op) {
-    auto number = static_cast<std::size_t>(op);
-    return number < std::size(OpRows) ? OpRows[number].operands : "";
+#define TAVREL_OP(name, number, operands) \
+    case Op::name: return operands;
+    switch (op) {
+#include "core/script/program/op.def"
+    }
+    return "";
 }
 
 const char* NativeName(Native native) {
-    auto number = static_cast<std::size_t>(native);
-    return number < std::size(NativeNames) ? NativeNames[number] : "?";
+#define TAVREL_NATIVE(name, number, text) \
+    case Native::name: return text;
+    switch (native) {
+#include "core/script/program/native.def"
+        case Native::Count: break;
+    }
+    return "?";
 }
 
 }  // namespace tavrel::core::script

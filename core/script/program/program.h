@@ -19,15 +19,16 @@ namespace tavrel::core::script {
 enum class Op : std::uint8_t {
 #define TAVREL_OP(name, number, operands) name = number,
 #include "core/script/program/op.def"
-#undef TAVREL_OP
 };
-inline constexpr int OpCount = 60;
+inline constexpr int OpCount = 0
+#define TAVREL_OP(name, number, operands) +1
+#include "core/script/program/op.def"
+    ;
 
 enum class Native : std::uint16_t {
 #define TAVREL_NATIVE(name, number, text) name = number,
 #include "core/script/program/native.def"
-#undef TAVREL_NATIVE
-    Count = 68,  // one past the last; fails when called
+    Count,  // one past the last; fails when called
 };
 
 // One operation. An operand that it does not use is 0; jumps hold the absolute index of their target in `c`.

@@ -11,14 +11,12 @@ namespace {
 constexpr std::string_view BuiltInWords[] = {
 #define TAVREL_KIND(name, number, word) word,
 #include "core/script/program/kinds.def"
-#undef TAVREL_KIND
 };
 
 // TypeOf gives an entry's position, so the built-in types have to be the first of the table, one for each number.
 #define TAVREL_KIND(name, number, word) \
     static_assert(BuiltInWords[number] == word && BuiltInWords[number].empty() == (number > SoundType.value));
 #include "core/script/program/kinds.def"
-#undef TAVREL_KIND
 
 }  // namespace
 

@@ -1,14 +1,18 @@
+// The lexer: one loop that looks at the first byte of what comes next and calls the reader of its class. Classes come
+// from a table of 256 entries. Each reader moves `position` behind what it read and appends at most one token. The text
+// is read through a pointer, with the zero byte behind it as a guard, so no look ahead tests for the end; a zero byte
+// inside the text is of no class that continues anything, and is reported like any unknown character.
 #include "core/script/syntax/lexer.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <iterator>
 #include <limits>
 #include <utility>
 
 #include "core/script/numeric/number_text.h"
 #include "core/script/source/fold.h"
+#include "core/script/syntax/keywords.h"
 
 namespace tavrel::core::script {
 
@@ -39,45 +43,6 @@ constexpr Class ClassOf(char byte) {
 }
 constexpr bool IsDigit(char byte) {
     return byte >= '0' && byte <= '9';
-}
-
-constexpr std::string_view TokenTexts[] = {
-#define TAVREL_TOKEN(name, number, text) text,
-#include "core/script/syntax/token.def"
-#undef TAVREL_TOKEN
-};
-
-struct Keyword {
-    std::string_view word;  // empty in a free slot
-    Tok kind = Tok::Name;
-};
-
-// The factors were searched for: with them no two keywords share a slot, which the assertion below holds to.
-constexpr std::size_t KeywordSlots = 128;
-constexpr std::size_t KeywordSlot(std::string_view word) {
-    auto first = static_cast<unsigned char>(word.front());
-    auto last = static_cast<unsigned char>(word.back());
-    return (first * 19U + last * 14U + word.size()) % KeywordSlots;
-}
-
-constexpr std::array<Keyword, KeywordSlots> MakeKeywords() {
-    std::array<Keyword, KeywordSlots> keywords{};
-    for (auto kind = static_cast<std::size_t>(Tok::Se); kind < std::size(TokenTexts); ++kind) {
-        // Messages show a keyword as a script spells it, between quotes.
-        const std::string_view word = TokenTexts[kind].substr(1, TokenTexts[kind].size() - 2);
-        keywords[KeywordSlot(word)] = {word, static_cast<Tok>(kind)};
-    }
-    return keywords;
-}
-
-constexpr std::array<Keyword, KeywordSlots> Keywords = MakeKeywords();
-static_assert(std::count_if(Keywords.begin(), Keywords.end(),
-                            [](const Keyword& slot) { return slot.kind != Tok::Name; }) == 40);
-
-// The keyword that `word` spells without accents, else Name.
-Tok KeywordOf(std::string_view word) {
-    const Keyword& keyword = Keywords[KeywordSlot(word)];
-    return keyword.word == word ? keyword.kind : Tok::Name;
 }
 
 // The value of a digit below `radix`, or -1.
@@ -152,10 +117,10 @@ private:
 // Dense scripts have a token every four bytes, and room that is not used costs nothing. A large file grows the list by
 // doubling instead, since it may as well be one long comment.
 constexpr std::size_t BytesPerToken = 3;
-constexpr std::size_t MostReserved = 1U << 20U;
+constexpr std::size_t MaxReserved = 1U << 20U;
 
 TokenList Lexer::Run() {
-    list.tokens.reserve(std::min(size / BytesPerToken + 2, MostReserved));
+    list.tokens.reserve(std::min(size / BytesPerToken + 2, MaxReserved));
     while (position < size) ReadNext();
     if (!LastIsNewline()) Append(Tok::Newline, size, size);
     Append(Tok::End, size, size);
@@ -410,9 +375,9 @@ void Lexer::ReadArrow() {
 
 // Ends the line for the parser at the bad character, even behind another end of line.
 void Lexer::ReadUnknown() {
-    constexpr std::size_t longestCharacter = 4;
+    constexpr std::size_t MaxCharacterBytes = 4;
     const std::size_t start = position++;
-    const std::size_t limit = std::min(start + longestCharacter, size);
+    const std::size_t limit = std::min(start + MaxCharacterBytes, size);
     while (position < limit && !StartsCharacter(static_cast<unsigned char>(text[position]))) ++position;
     Report(start, position, std::string("\"").append(View(start, position)).append("\" nao e usado nesta linguagem"));
     Append(Tok::Newline, start, position);

@@ -1,3 +1,8 @@
+// Declarations: everything between the "modulo" line and the end of the file, hooks aside. What begins with a keyword
+// is told by it. What begins with a name is told by looking at most two tokens ahead, and only then read, so that
+// ParseDeclaration leaves the position alone where nothing can begin and its caller sees that.
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "core/script/source/fold.h"
@@ -18,6 +23,11 @@ StateBlock BlockOf(Section& section, Tok kind) {
     if (kind == Tok::Estado) return {"estado", section.hasState, section.state};
     if (kind == Tok::Visual) return {"visual", section.hasVisual, section.visual};
     return {"progresso", section.hasProgress, section.progress};
+}
+
+bool IsBindingSource(std::string_view folded) {
+    constexpr Word Sources[] = {Word::Key, Word::Mouse, Word::Controller, Word::ControllerAxis};
+    return std::any_of(std::begin(Sources), std::end(Sources), [&](Word word) { return folded == TextOf(word); });
 }
 
 }  // namespace
@@ -56,8 +66,8 @@ void Parser::ParseDeclaration(Section& section, bool inBehaviour) {
 void Parser::ParseNamedDeclaration(Section& section, bool inBehaviour) {
     const Tok behindName = Ahead(2).kind;
     const bool endsEvent = behindName == Tok::Colon || behindName == Tok::Newline || behindName == Tok::End;
-    if (CheckAhead(1, Tok::Name) && endsEvent && CheckWord("evento")) return ParseEvent(inBehaviour);
-    if (CheckAhead(1, Tok::Name) && CheckWord("parametro")) return ParseParameter(section, inBehaviour);
+    if (CheckAhead(1, Tok::Name) && endsEvent && CheckWord(Word::Event)) return ParseEvent(inBehaviour);
+    if (CheckAhead(1, Tok::Name) && CheckWord(Word::Parameter)) return ParseParameter(section, inBehaviour);
     if (CheckHook()) return ParseHook(section, inBehaviour);
     if (CheckVariable()) ParseVariable(section.derived.emplace_back());
 }
@@ -97,7 +107,7 @@ void Parser::ParseConstant(Section& section) {
     constant.name = ExpectName("o nome da constante");
     if (Match(Tok::Colon)) constant.type = ParseType();
     if (!Expect(Tok::Assign, "\"=\" e o valor da constante")) return RecoverLine();
-    constant.init = ParseOr();
+    constant.init = ParseExpression();
     EndOfLine();
     section.constants.push_back(std::move(constant));
 }
@@ -212,17 +222,19 @@ void Parser::ParseFields(std::vector<VarDecl>& fields, Tok block) {
     }
 }
 
-// The "publico" or "privado" before a field. Before anything else the words are names, and nothing is read.
+// The "publico" or "privado" before a field. Before anything else the words are names, and nothing is read. These two
+// alone are compared as written.
 void Parser::ParseVisibility(VarDecl& field, Tok block) {
     if (!Check(Tok::Name) || !CheckAhead(1, Tok::Name) || !CheckAhead(2, Tok::Colon)) return;
     const std::string_view word = Current().text;
-    if (word != "publico" && word != "privado") return;
+    const bool isPrivate = word == TextOf(Word::Private);
+    if (!isPrivate && word != TextOf(Word::Public)) return;
     if (block != Tok::Estado) {
         Error(Here(), std::string("so um campo do bloco \"estado\" pode ser ").append(word),
               "o visual e o progresso sao de quem joga; o que vai para a rede e o estado que o servidor decide");
     }
     field.published = true;
-    field.isPrivate = word == "privado";
+    field.isPrivate = isPrivate;
     Advance();
 }
 
@@ -248,13 +260,12 @@ Binding Parser::ParseBinding() {
     Binding binding;
     binding.span = Here();
     binding.source = FoldLower(ExpectName("a fonte da ligacao"));
-    const std::string& source = binding.source;
-    if (source != "tecla" && source != "mouse" && source != "controle" && source != "eixo_controle") {
-        Error(binding.span, "\"" + source + "\" nao e uma fonte de entrada",
+    if (!IsBindingSource(binding.source)) {
+        Error(binding.span, "\"" + binding.source + "\" nao e uma fonte de entrada",
               "as fontes sao tecla, mouse, controle e eixo_controle");
     }
     binding.code = ExpectName("o nome da tecla, do botao ou do eixo");
-    binding.negative = MatchWord("negativo");
+    binding.negative = MatchWord(Word::Negative);
     RaiseEnd(binding.span);
     return binding;
 }
@@ -297,7 +308,7 @@ void Parser::ParseVariable(VarDecl& variable) {
 
 void Parser::ParseTypeAndValue(VarDecl& variable) {
     variable.type = ParseType();
-    if (Match(Tok::Assign)) variable.init = ParseOr();
+    if (Match(Tok::Assign)) variable.init = ParseExpression();
     EndOfLine();
 }
 

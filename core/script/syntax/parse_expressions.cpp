@@ -1,3 +1,7 @@
+// Expressions, by recursive descent: one function for each level of binding, which reads operands of the next tighter
+// level and joins them as long as one of its own operators follows. ParseExpression is the entry for everything inside
+// brackets, arguments and statements; it counts one level of nesting, as does each prefix operator, so the recursion is
+// bounded. Nodes go to the tree behind their operands.
 #include "core/script/syntax/parser.h"
 
 namespace tavrel::core::script {
@@ -16,7 +20,8 @@ constexpr bool IsProductOperator(Tok kind) {
 
 // Behind a point, these words are field names like any other.
 constexpr bool CanNameField(Tok kind) {
-    return kind == Tok::Name || IsTypeWord(kind) || (kind >= Tok::Estado && kind <= Tok::Acao);
+    return kind == Tok::Name || IsTypeWord(kind) || kind == Tok::Estado || kind == Tok::Visual ||
+           kind == Tok::Progresso || kind == Tok::Acao;
 }
 
 Expr MakeExpr(ExprKind kind, Span span) {
@@ -28,11 +33,16 @@ Expr MakeExpr(ExprKind kind, Span span) {
 
 }  // namespace
 
-ExprId Parser::ParseOr() {
+ExprId Parser::ParseExpression() {
     if (!Enter()) return AddPlaceholder();
+    const ExprId expr = ParseOr();
+    Leave();
+    return expr;
+}
+
+ExprId Parser::ParseOr() {
     ExprId left = ParseAnd();
     while (Match(Tok::Ou)) left = AddPair(ExprKind::Logic, Tok::Ou, left, ParseAnd());
-    Leave();
     return left;
 }
 
@@ -134,7 +144,7 @@ ExprId Parser::ParseLiteral(ExprKind kind) {
 // Parentheses leave no node and change no span.
 ExprId Parser::ParseParentheses() {
     Advance();
-    const ExprId inner = ParseOr();
+    const ExprId inner = ParseExpression();
     Expect(Tok::RightParen, "\")\"");
     return inner;
 }
@@ -168,7 +178,7 @@ ExprId Parser::ParseBrackets() {
               "declare o tipo: \"pontos: lista de inteiro\"");
         return Add(expr);
     }
-    const ExprId first = ParseOr();
+    const ExprId first = ParseExpression();
     if (Match(Tok::Colon)) {
         ParseEntries(expr, first);
     } else {
@@ -182,7 +192,7 @@ ExprId Parser::ParseBrackets() {
 void Parser::ParseElements(Expr& list, ExprId first) {
     const Mark mark = pendingExprs.size();
     pendingExprs.push_back(first);
-    while (Match(Tok::Comma) && !Check(Tok::RightBracket)) pendingExprs.push_back(ParseOr());
+    while (Match(Tok::Comma) && !Check(Tok::RightBracket)) pendingExprs.push_back(ParseExpression());
     list.items = CloseExprs(mark);
 }
 
@@ -192,9 +202,9 @@ void Parser::ParseEntries(Expr& dictionary, ExprId firstKey) {
     const Mark mark = pendingExprs.size();
     pendingExprs.push_back(firstKey);
     for (;;) {
-        pendingExprs.push_back(ParseOr());
+        pendingExprs.push_back(ParseExpression());
         if (!Match(Tok::Comma) || Check(Tok::RightBracket)) break;
-        pendingExprs.push_back(ParseOr());
+        pendingExprs.push_back(ParseExpression());
         Expect(Tok::Colon, "\":\" entre a chave e o valor");
     }
     dictionary.keys = {CountOf(unit->exprLists.size()), CountOf((pendingExprs.size() - mark) / 2)};
@@ -221,7 +231,7 @@ ExprId Parser::ParseIndex(ExprId base) {
     Expr index = MakeExpr(ExprKind::Index, {SpanOf(base).start, Here().end});
     index.left = base;
     Advance();
-    index.right = ParseOr();
+    index.right = ParseExpression();
     Expect(Tok::RightBracket, "\"]\"");
     return Add(index);
 }
@@ -248,7 +258,7 @@ void Parser::ParseArguments(Expr& call) {
     const Mark labels = pendingLabels.size();
     do {
         pendingLabels.push_back(ParseLabel());
-        pendingExprs.push_back(ParseOr());
+        pendingExprs.push_back(ParseExpression());
     } while (Match(Tok::Comma));
     RaiseEnd(call.span);
     Expect(Tok::RightParen, "\")\"");

@@ -1,4 +1,8 @@
-#include <iterator>
+// Hooks. Three kinds of heads lead to one body: "ao" and the words of a hook, "a cada" and a period, and "camera" alone
+// on its line. All three begin with a name, so CheckHook looks further ahead before anything is read; what looks like a
+// hook and is none is reported, and its line is skipped.
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "core/script/source/fold.h"
@@ -8,36 +12,41 @@ namespace tavrel::core::script {
 
 namespace {
 
-struct Hook {
-    std::string_view name;  // behind the "ao"
-    HookKind kind;
-};
+// Where a hook may be declared.
+enum class HookPlace { Anywhere, OnlyModule, OnlyBehaviour };
 
-constexpr Hook Hooks[] = {
-    {"iniciar", HookKind::Start},         {"carregar mapa", HookKind::LoadMap}, {"reiniciar mapa", HookKind::ResetMap},
-    {"interromper", HookKind::Interrupt}, {"desenhar", HookKind::Draw},         {"encerrar", HookKind::Shutdown},
-    {"nascer", HookKind::Spawn},          {"tocar", HookKind::Touch},           {"soltar", HookKind::Release},
-};
-
-const Hook* FindHook(std::string_view name) {
-    const Hook* found =
-        std::find_if(std::begin(Hooks), std::end(Hooks), [&](const Hook& hook) { return hook.name == name; });
-    return found == std::end(Hooks) ? nullptr : found;
+HookPlace PlaceOf(HookKind kind) {
+    switch (kind) {
+        case HookKind::Start:
+        case HookKind::Interrupt:
+        case HookKind::Camera: return HookPlace::OnlyModule;
+        case HookKind::Spawn:
+        case HookKind::Touch:
+        case HookKind::Release: return HookPlace::OnlyBehaviour;
+        case HookKind::LoadMap:
+        case HookKind::ResetMap:
+        case HookKind::Tick:
+        case HookKind::Frame:
+        case HookKind::Draw:
+        case HookKind::Shutdown: return HookPlace::Anywhere;
+    }
+    return HookPlace::Anywhere;
 }
 
-bool OnlyInBehaviour(HookKind kind) {
-    return kind == HookKind::Spawn || kind == HookKind::Touch || kind == HookKind::Release;
-}
-
-bool OnlyInModule(HookKind kind) {
-    return kind == HookKind::Start || kind == HookKind::Interrupt || kind == HookKind::Camera;
+// The hook whose text is `words`, all folded.
+std::optional<HookKind> FindHook(std::string_view words) {
+    for (int number = 0; number < HookCount; ++number) {
+        const auto kind = static_cast<HookKind>(number);
+        if (words == HookName(kind)) return kind;
+    }
+    return std::nullopt;
 }
 
 }  // namespace
 
 bool Parser::CheckHook() const {
-    if (CheckAhead(1, Tok::Newline)) return CheckWord("camera");
-    return CheckAhead(1, Tok::Name) && (CheckWord("ao") || (CheckWord("a") && CheckWord("cada", 1)));
+    if (CheckAhead(1, Tok::Newline)) return CheckWord(Word::Camera);
+    return CheckAhead(1, Tok::Name) && (CheckWord(Word::On) || (CheckWord(Word::A) && CheckWord(Word::Each, 1)));
 }
 
 void Parser::ParseHook(Section& section, bool inBehaviour) {
@@ -55,8 +64,8 @@ void Parser::ParseHook(Section& section, bool inBehaviour) {
 
 // False, after a report, when the words are those of no hook.
 bool Parser::ParseHookHead(HookKind& kind) {
-    if (CheckWord("ao")) return ParseEventHead(kind);
-    if (CheckWord("a")) return ParsePeriodicHead(kind);
+    if (CheckWord(Word::On)) return ParseEventHead(kind);
+    if (CheckWord(Word::A)) return ParsePeriodicHead(kind);
     kind = HookKind::Camera;
     Advance();
     return true;
@@ -66,9 +75,9 @@ bool Parser::ParsePeriodicHead(HookKind& kind) {
     const Span span = Here();
     Advance();
     Advance();
-    if (MatchWord("tick")) {
+    if (MatchWord(Word::Tick)) {
         kind = HookKind::Tick;
-    } else if (MatchWord("quadro")) {
+    } else if (MatchWord(Word::Frame)) {
         kind = HookKind::Frame;
     } else {
         Error(span, "depois de \"a cada\" vem \"tick\" ou \"quadro\"");
@@ -77,32 +86,31 @@ bool Parser::ParsePeriodicHead(HookKind& kind) {
     return true;
 }
 
-// A hook's name has as many words as it takes to match one of the table.
+// A hook's name has as many words as it takes to match a hook's text.
 bool Parser::ParseEventHead(HookKind& kind) {
     const Span span = Here();
     Advance();
-    std::string name;
-    const Hook* hook = nullptr;
-    for (; hook == nullptr && Check(Tok::Name); Advance()) {
-        if (!name.empty()) name += ' ';
-        name += FoldLower(Current().text);
-        hook = FindHook(name);
+    std::string words(TextOf(Word::On));
+    std::optional<HookKind> hook;
+    for (; !hook && Check(Tok::Name); Advance()) {
+        words.append(" ").append(FoldLower(Current().text));
+        hook = FindHook(words);
     }
-    if (hook == nullptr) {
-        Error(span, "\"ao " + name + "\" nao e um gancho conhecido",
+    if (!hook) {
+        Error(span, "\"" + words + "\" nao e um gancho conhecido",
               "os ganchos sao: ao iniciar, ao carregar mapa, ao reiniciar mapa, ao interromper, ao desenhar, "
               "ao encerrar, ao nascer, ao tocar, ao soltar, a cada tick, a cada quadro e camera");
         return false;
     }
-    kind = hook->kind;
+    kind = *hook;
     return true;
 }
 
 void Parser::CheckHookPlace(const HookDecl& hook, bool inBehaviour) {
-    if (!inBehaviour && OnlyInBehaviour(hook.kind)) {
+    if (!inBehaviour && PlaceOf(hook.kind) == HookPlace::OnlyBehaviour) {
         Error(hook.span, std::string("\"") + HookName(hook.kind) + "\" so existe dentro de um comportamento");
     }
-    if (inBehaviour && OnlyInModule(hook.kind)) {
+    if (inBehaviour && PlaceOf(hook.kind) == HookPlace::OnlyModule) {
         Error(hook.span, std::string("\"") + HookName(hook.kind) + "\" e do modulo, e nao de um comportamento",
               "um exemplar tem: ao nascer, ao carregar mapa, ao reiniciar mapa, a cada tick, a cada quadro, "
               "ao desenhar, ao tocar, ao soltar e ao encerrar");

@@ -1,4 +1,8 @@
-#include "core/script/syntax/legacy_words.h"
+// Statements. A statement is told by its first token, or by the colon behind a name; anything else is read as an
+// expression, which is a target when "=" follows. A block ends before "fim", "senao" or "caso", which its owner reads.
+// The one body that may share the line of its head is that of "se" and "senao": `singleLine` then lets "senao" and
+// "fim" end a statement's line.
+#include "core/script/syntax/foreign_words.h"
 #include "core/script/syntax/parser.h"
 
 namespace tavrel::core::script {
@@ -84,7 +88,7 @@ StmtId Parser::ParseDeclare() {
     Advance();
     Advance();
     stmt.type = ParseType();
-    if (Match(Tok::Assign)) stmt.value = ParseOr();
+    if (Match(Tok::Assign)) stmt.value = ParseExpression();
     RaiseEnd(stmt.span);
     EndOfLine();
     return Add(stmt);
@@ -110,7 +114,7 @@ StmtId Parser::ParseIf() {
 Branch Parser::ParseIfBranch() {
     Branch branch;
     branch.span = Here();
-    branch.condition = ParseOr();
+    branch.condition = ParseExpression();
     Match(Tok::Entao);
     branch.body = ParseIfBody();
     return branch;
@@ -119,7 +123,7 @@ Branch Parser::ParseIfBranch() {
 StmtId Parser::ParseWhile() {
     Stmt stmt = MakeStmt(StmtKind::While, Here());
     Advance();
-    stmt.value = ParseOr();
+    stmt.value = ParseExpression();
     ParseLoopBody(stmt, "enquanto");
     return Add(stmt);
 }
@@ -127,7 +131,7 @@ StmtId Parser::ParseWhile() {
 StmtId Parser::ParseLoop() {
     Stmt stmt = MakeStmt(StmtKind::For, Here());
     Advance();
-    if (MatchWord("cada")) stmt.kind = StmtKind::ForEach;
+    if (MatchWord(Word::Each)) stmt.kind = StmtKind::ForEach;
     stmt.name = ExpectName("o nome da variavel do laco");
     if (stmt.kind == StmtKind::ForEach) {
         ParseForEach(stmt);
@@ -138,22 +142,22 @@ StmtId Parser::ParseLoop() {
 }
 
 void Parser::ParseForEach(Stmt& stmt) {
-    if (!MatchWord("em")) {
+    if (!MatchWord(Word::In)) {
         Error(Here(), "depois do nome vem \"em\" e a colecao", "por exemplo: para cada item em lista");
     }
-    stmt.value = ParseOr();
+    stmt.value = ParseExpression();
     ParseLoopBody(stmt, "para cada");
 }
 
 void Parser::ParseFor(Stmt& stmt) {
-    if (!MatchWord("de")) {
+    if (!MatchWord(Word::Of)) {
         Error(Here(), "depois do nome vem \"de\", o primeiro valor, \"ate\" e o ultimo",
               "por exemplo: para i de 1 ate 10");
     }
-    stmt.from = ParseOr();
-    if (!MatchWord("ate")) Error(Here(), "faltou \"ate\" e o ultimo valor do laco");
-    stmt.to = ParseOr();
-    if (MatchWord("passo")) stmt.step = ParseOr();
+    stmt.from = ParseExpression();
+    if (!MatchWord(Word::UpTo)) Error(Here(), "faltou \"ate\" e o ultimo valor do laco");
+    stmt.to = ParseExpression();
+    if (MatchWord(Word::Step)) stmt.step = ParseExpression();
     ParseLoopBody(stmt, "para");
 }
 
@@ -168,7 +172,7 @@ void Parser::ParseLoopBody(Stmt& stmt, const char* what) {
 StmtId Parser::ParseSwitch() {
     Stmt stmt = MakeStmt(StmtKind::Switch, Here());
     Advance();
-    stmt.value = ParseOr();
+    stmt.value = ParseExpression();
     EndOfLine();
     SkipNewlines();
     const Mark mark = pendingBranches.size();
@@ -193,7 +197,7 @@ Branch Parser::ParseCase() {
     Advance();
     const Mark mark = pendingExprs.size();
     do {
-        pendingExprs.push_back(ParseOr());
+        pendingExprs.push_back(ParseExpression());
     } while (Match(Tok::Comma));
     branch.values = CloseExprs(mark);
     EndOfLine();
@@ -215,18 +219,18 @@ StmtId Parser::ParseJump(StmtKind kind) {
 StmtId Parser::ParseReturn() {
     Stmt stmt = MakeStmt(StmtKind::Return, Here());
     Advance();
-    if (!CheckLineEnd()) stmt.value = ParseOr();
+    if (!CheckLineEnd()) stmt.value = ParseExpression();
     EndOfLine();
     return Add(stmt);
 }
 
 StmtId Parser::ParseAssignOrExpression() {
-    const ExprId expr = ParseOr();
+    const ExprId expr = ParseExpression();
     if (!Match(Tok::Assign)) {
         FinishExpression(expr);
         return AddExpression(expr);
     }
-    const ExprId value = ParseOr();
+    const ExprId value = ParseExpression();
     Stmt stmt = MakeStmt(StmtKind::Assign, SpanOf(expr));
     stmt.span.end = std::max(stmt.span.end, SpanOf(value).end);
     stmt.target = expr;

@@ -1,3 +1,4 @@
+// Written types and the lists of parameters that hold them, and the reading of one type out of a text of its own.
 #include <utility>
 
 #include "core/script/syntax/lexer.h"
@@ -40,7 +41,7 @@ TypeRefId Parser::ParseInnerType(Span& outer) {
 TypeRefId Parser::ParseListType() {
     TypeRef type = MakeType(Tok::Lista, Here());
     Advance();
-    if (!MatchWord("de")) {
+    if (!MatchWord(Word::Of)) {
         Error(Here(), "depois de \"lista\" vem \"de\" e o tipo dos elementos", "por exemplo: lista de inteiro");
     }
     type.element = ParseInnerType(type.span);
@@ -50,7 +51,7 @@ TypeRefId Parser::ParseListType() {
 TypeRefId Parser::ParseDictionaryType() {
     TypeRef type = MakeType(Tok::Dicionario, Here());
     Advance();
-    if (!MatchWord("de")) {
+    if (!MatchWord(Word::Of)) {
         Error(Here(), "depois de \"dicionario\" vem \"de\", o tipo da chave, \"para\" e o tipo do valor",
               "por exemplo: dicionario de texto para inteiro");
     }

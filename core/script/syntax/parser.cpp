@@ -1,9 +1,12 @@
+// What every part of the parser rests on: looking at tokens, moving on, reporting what was expected, the bound on
+// nesting; and Parse, which runs it over a file. A fault is reported where it is met, and the reading goes on with the
+// token at hand; RecoverLine gives up the rest of a line. Past MaxNesting the parser jumps to the end of the file and
+// reports nothing more.
 #include "core/script/syntax/parser.h"
 
 #include <utility>
 
-#include "core/script/source/fold.h"
-#include "core/script/syntax/legacy_words.h"
+#include "core/script/syntax/foreign_words.h"
 #include "core/script/syntax/lexer.h"
 
 namespace tavrel::core::script {
@@ -11,13 +14,13 @@ namespace tavrel::core::script {
 namespace {
 
 // Of a large file only so much is reserved ahead; its vectors grow by doubling from there.
-constexpr std::size_t MostReserved = 1U << 20U;
+constexpr std::size_t MaxReserved = 1U << 20U;
 
 void ReserveTree(Unit& unit, std::size_t tokens) {
-    unit.exprs.reserve(std::min(tokens / 2, MostReserved));
-    unit.stmts.reserve(std::min(tokens / 8, MostReserved));
-    unit.exprLists.reserve(std::min(tokens / 8, MostReserved));
-    unit.blocks.reserve(std::min(tokens / 8, MostReserved));
+    unit.exprs.reserve(std::min(tokens / 2, MaxReserved));
+    unit.stmts.reserve(std::min(tokens / 8, MaxReserved));
+    unit.exprLists.reserve(std::min(tokens / 8, MaxReserved));
+    unit.blocks.reserve(std::min(tokens / 8, MaxReserved));
 }
 
 }  // namespace
@@ -25,15 +28,7 @@ void ReserveTree(Unit& unit, std::size_t tokens) {
 Parser::Parser(Diagnostics& reports, Unit& target, std::vector<Token> stream)
     : diagnostics(&reports), unit(&target), tokens(std::move(stream)) {}
 
-bool Parser::CheckWord(std::string_view word, std::size_t ahead) const {
-    const Token& token = Ahead(ahead);
-    if (token.kind != Tok::Name) return false;
-    // An accented letter takes two bytes for one, so other lengths cannot fold to the word.
-    const std::size_t size = token.text.size();
-    return size >= word.size() && size <= 2 * word.size() && FoldLower(token.text) == word;
-}
-
-bool Parser::MatchWord(std::string_view word) {
+bool Parser::MatchWord(Word word) {
     const bool matches = CheckWord(word);
     if (matches) Advance();
     return matches;

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "core/script/source/diagnostics.h"
+#include "core/script/syntax/contextual_words.h"
 #include "core/script/syntax/parse.h"
 #include "core/script/syntax/syntax_tree.h"
 #include "core/script/syntax/token.h"
@@ -46,8 +47,8 @@ private:
     [[nodiscard]] Span Here() const { return Current().span; }
     [[nodiscard]] bool Check(Tok kind) const { return Current().kind == kind; }
     [[nodiscard]] bool CheckAhead(std::size_t count, Tok kind) const { return Ahead(count).kind == kind; }
-    // A contextual word: a name that means something in one place, in any case and with any accents.
-    [[nodiscard]] bool CheckWord(std::string_view word, std::size_t ahead = 0) const;
+    // A contextual word.
+    [[nodiscard]] bool CheckWord(Word word, std::size_t ahead = 0) const { return IsWord(Ahead(ahead), word); }
     // The "nome:" that begins a variable.
     [[nodiscard]] bool CheckVariable() const { return Check(Tok::Name) && CheckAhead(1, Tok::Colon); }
     [[nodiscard]] bool CheckLineEnd() const { return Check(Tok::Newline) || Check(Tok::End); }
@@ -61,7 +62,7 @@ private:
         if (matches) Advance();
         return matches;
     }
-    bool MatchWord(std::string_view word);
+    bool MatchWord(Word word);
     void SkipNewlines();
     void RecoverLine();
 
@@ -109,7 +110,8 @@ private:
     TypeRefId ParseInnerType(Span& outer);
     void ParseParams(std::vector<Param>& params);
 
-    // parse_expressions.cpp; each of the levels, from the loosest to the tightest, gives an index into Unit::exprs
+    // parse_expressions.cpp; one expression, and below it the levels of binding from the loosest to the tightest
+    ExprId ParseExpression();
     ExprId ParseOr();
     ExprId ParseAnd();
     ExprId ParseNot();

@@ -1,25 +1,29 @@
+// The texts of the kinds of tokens. The switch refuses a number that two rows of the table share, and the assertions a
+// number that leaves a gap or a type word outside the run that IsTypeWord tests.
 #include "core/script/syntax/token.h"
-
-#include <cstddef>
-#include <iterator>
 
 namespace tavrel::core::script {
 
 namespace {
 
-constexpr const char* Texts[] = {
-#define TAVREL_TOKEN(name, number, text) text,
+constexpr int TokenCount = 0
+#define TAVREL_TOKEN(name, number, text) +1
 #include "core/script/syntax/token.def"
-#undef TAVREL_TOKEN
-};
-static_assert(std::size(Texts) == static_cast<std::size_t>(Tok::Dicionario) + 1);
-static_assert(std::size(Texts) == 66);
+    ;
+
+#define TAVREL_TOKEN(name, number, text) static_assert(number < TokenCount && !IsTypeWord(Tok::name));
+#define TAVREL_TYPE_WORD(name, number, word) static_assert(number < TokenCount && IsTypeWord(Tok::name));
+#include "core/script/syntax/token.def"
 
 }  // namespace
 
 const char* Describe(Tok kind) {
-    auto number = static_cast<std::size_t>(kind);
-    return number < std::size(Texts) ? Texts[number] : "um simbolo";
+#define TAVREL_TOKEN(name, number, text) \
+    case Tok::name: return text;
+    switch (kind) {
+#include "core/script/syntax/token.def"
+    }
+    return "um simbolo";
 }
 
 }  // namespace tavrel::core::script

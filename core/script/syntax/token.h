@@ -15,7 +15,6 @@ namespace tavrel::core::script {
 enum class Tok : std::uint8_t {
 #define TAVREL_TOKEN(name, number, text) name = number,
 #include "core/script/syntax/token.def"
-#undef TAVREL_TOKEN
 };
 
 struct Token {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "core/script/numeric/number_text.h"
-#include "core/script/syntax/legacy_words.h"
+#include "core/script/syntax/foreign_words.h"
 
 namespace tavrel::core::script {
 namespace {
@@ -162,7 +162,7 @@ TEST(Lexer, CommentsAreTokensOnDemand) {
     EXPECT_EQ(Lex("a // b  \r\n//\nc", true).tokens, "a <// b> nl <//> nl c nl");
 }
 
-TEST(Lexer, LegacyWordsInAnySpelling) {
+TEST(Lexer, ForeignWordsInAnySpelling) {
     EXPECT_EQ(LegacyHint("FIMSE"), "termine o bloco com \"fim\"");
     EXPECT_EQ(LegacyHint("Faça"), "nao existe: a condicao termina no fim da linha");
     EXPECT_EQ(LegacyHint("fim"), "");

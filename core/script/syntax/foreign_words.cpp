@@ -1,4 +1,5 @@
-#include "core/script/syntax/legacy_words.h"
+// A short table that is searched from front to back: it is asked only about a name that a report is being built for.
+#include "core/script/syntax/foreign_words.h"
 
 #include "core/script/source/fold.h"
 
@@ -6,14 +7,14 @@ namespace tavrel::core::script {
 
 namespace {
 
-struct Legacy {
+struct ForeignWord {
     std::string_view word;
     std::string_view hint;
 };
 
 constexpr std::string_view EndHint = "termine o bloco com \"fim\"";
 
-constexpr Legacy Legacies[] = {
+constexpr ForeignWord ForeignWords[] = {
     {"fimse", EndHint},
     {"fimenquanto", EndHint},
     {"fimpara", EndHint},
@@ -34,15 +35,15 @@ constexpr Legacy Legacies[] = {
 };
 
 // The longest word of the table with an accent on every letter; a longer one is not worth folding.
-constexpr std::size_t LongestSpelling = 2 * std::string_view("fimprocedimento").size();
+constexpr std::size_t MaxSpelling = 2 * std::string_view("fimprocedimento").size();
 
 }  // namespace
 
 std::string LegacyHint(std::string_view word) {
-    if (word.size() > LongestSpelling) return {};
+    if (word.size() > MaxSpelling) return {};
     const std::string folded = FoldLower(word);
-    for (const Legacy& legacy : Legacies) {
-        if (legacy.word == folded) return std::string(legacy.hint);
+    for (const ForeignWord& foreign : ForeignWords) {
+        if (foreign.word == folded) return std::string(foreign.hint);
     }
     return {};
 }
