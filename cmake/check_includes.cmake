@@ -1,6 +1,8 @@
 # Fails when a file includes a project header that its folder may not see.
 # The table is the architecture: a row names a folder and the prefixes that it may include, itself aside.
 
+cmake_minimum_required(VERSION 3.25)
+
 set(NUMERIC core/script/numeric/)
 set(INDEX core/index.h)
 set(SOURCE core/script/source/)
@@ -8,21 +10,33 @@ set(PROGRAM core/script/program/)
 set(KINDS core/script/program/kinds.h)
 set(SYNTAX core/script/syntax/)
 set(WORLD core/script/world/)
-set(COMPILER core/script/compiler/)
+set(COMPILER core/script/compiler/[a-z0-9_]+\\.h)
+set(DECLARE core/script/compiler/declare/)
+set(PERMISSIONS core/script/compiler/permissions/)
+set(EMIT core/script/compiler/emit/)
+set(TRANSLATE core/script/compiler/translate/)
 set(RUNTIME core/script/runtime/)
 
 set(FOLDERS core core/script/source core/script/numeric core/script/program core/script/syntax core/script/world
-            core/script/compiler core/script/runtime core/script/state script_lsp)
+            core/script/compiler core/script/compiler/declare core/script/compiler/permissions
+            core/script/compiler/emit core/script/compiler/translate core/script/runtime core/script/state script_lsp)
 set(MAY_core "")
 set(MAY_core/script/source core/[a-z0-9_]+\\.h)
 set(MAY_core/script/numeric "")
 set(MAY_core/script/program ${SOURCE} ${NUMERIC} core/[a-z0-9_]+\\.h)
 set(MAY_core/script/syntax ${INDEX} ${SOURCE} ${NUMERIC} ${KINDS})
 set(MAY_core/script/world ${KINDS})
-set(MAY_core/script/compiler ${INDEX} ${SYNTAX} ${PROGRAM} ${WORLD} ${SOURCE} ${NUMERIC})
+set(MAY_core/script/compiler ${DECLARE} ${PERMISSIONS} ${TRANSLATE} ${SYNTAX} ${PROGRAM} ${WORLD} ${SOURCE})
+set(MAY_core/script/compiler/declare ${INDEX} ${SYNTAX} ${PROGRAM} ${WORLD} ${SOURCE} ${NUMERIC})
+set(MAY_core/script/compiler/permissions ${DECLARE} ${PROGRAM} ${SOURCE})
+set(MAY_core/script/compiler/emit ${DECLARE} ${PROGRAM})
+set(MAY_core/script/compiler/translate ${EMIT} ${PERMISSIONS} ${DECLARE} ${SYNTAX} ${PROGRAM} ${SOURCE} ${NUMERIC})
 set(MAY_core/script/runtime ${PROGRAM} ${SOURCE} ${NUMERIC})
 set(MAY_core/script/state ${RUNTIME} ${PROGRAM} core/[a-z0-9_]+\\.h)
 set(MAY_script_lsp core/[a-z0-9_]+\\.h ${SOURCE} ${SYNTAX} ${WORLD} ${PROGRAM} ${COMPILER})
+
+# Headers that only their own folder sees.
+set(PRIVATE core/script/syntax/parser.h)
 
 set(FAULTS "")
 foreach(folder IN LISTS FOLDERS)
@@ -35,7 +49,7 @@ foreach(folder IN LISTS FOLDERS)
     file(STRINGS ${ROOT}/${file} lines REGEX "^ *# *include *\"")
     foreach(line IN LISTS lines)
       string(REGEX REPLACE "^[^\"]*\"([^\"]*)\".*" "\\1" header "${line}")
-      if(NOT header MATCHES "^(${allowed})")
+      if(NOT header MATCHES "^(${allowed})" OR (header IN_LIST PRIVATE AND NOT header MATCHES "^${folder}/[^/]+$"))
         string(APPEND FAULTS "  ${file} includes ${header}\n")
       endif()
     endforeach()

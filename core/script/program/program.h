@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "core/script/program/comparison.h"
 #include "core/script/program/kinds.h"
 #include "core/script/program/type_table.h"
 #include "core/script/source/source_file.h"

@@ -1,0 +1,43 @@
+// Records, enumerations and actions of the script, and types as they are written.
+#pragma once
+
+#include <vector>
+
+#include "core/script/compiler/declare/compiler.h"
+#include "core/script/compiler/declare/declarations.h"
+
+namespace tavrel::core::script {
+
+// Declares the records and enumerations of every unit, records without their fields. Gives the record of each record
+// declaration, units in order, none for one that was reported.
+[[nodiscard]] std::vector<RecordId> CollectTypes(Compiler& compiler, Declarations& declarations);
+
+// Declares the fields of the records that CollectTypes gave. A field of a failed type keeps its place.
+void ResolveRecords(Compiler& compiler, Declarations& declarations, const std::vector<RecordId>& records);
+
+void CollectActions(Compiler& compiler, Declarations& declarations);
+
+// The type that is written at a place of a unit; FailedType, reported where that is news, for one that means nothing.
+TypeId ResolveType(Compiler& compiler, const Declarations& declarations, const Unit& where, TypeRefId written);
+
+// Adds a record or an enumeration whose name is free, with its members. `taken` is called with each member that
+// another enumeration has already, by its position.
+RecordId DeclareRecord(Compiler& compiler, Declarations& declarations, const std::string& name);
+
+template <class Report>
+void DeclareEnum(Compiler& compiler, Declarations& declarations, EnumInfo info, const Report& reportTaken) {
+    EnumId index(compiler.program.enums.size());
+    declarations.typeNames.Set(compiler.names.Intern(info.name), compiler.program.types.Enum(index.value, info.name));
+    for (std::size_t i = 0; i < info.members.size(); ++i) {
+        NameId member = compiler.names.Intern(info.members[i]);
+        if (declarations.enumMembers.Has(member)) {
+            reportTaken(i);
+            continue;
+        }
+        declarations.enumMembers.Set(member, EnumMemberId(declarations.enumMemberPlaces.size()));
+        declarations.enumMemberPlaces.push_back({index, static_cast<std::int32_t>(i)});
+    }
+    compiler.program.enums.push_back(std::move(info));
+}
+
+}  // namespace tavrel::core::script
