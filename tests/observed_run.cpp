@@ -47,7 +47,7 @@ Value ValueOf(Vm& vm, std::string_view type, std::uint64_t number) {
     Value record;
     for (std::size_t i = 0; i < vm.program->records.size(); ++i) {
         if (vm.program->records[i].name != type) continue;
-        if (!vm.NewRecordValue(static_cast<std::int32_t>(i), record)) return {};
+        if (!vm.NewRecordValue(RecordId(i), record)) return {};
     }
     return record;
 }
@@ -89,11 +89,11 @@ void RunBehaviours(Vm& vm, const Value& step) {
         Value args[] = {Value(), step};
         if (!vm.NewRecordValue(behaviour.record, args[0])) continue;
         Value result;
-        bool good = behaviour.initializer < 0 || vm.RunFunction(behaviour.initializer, args, 1, result);
+        bool good = !behaviour.initializer || vm.RunFunction(behaviour.initializer, args, 1, result);
         for (std::size_t kind = 0; kind < behaviour.hooks.size(); ++kind) {
-            const std::int32_t hook = behaviour.hooks[kind];
-            if (!good || hook < 0) continue;
-            const std::int32_t params = vm.program->functions[static_cast<std::size_t>(hook)].params;
+            const FunctionId hook = behaviour.hooks[kind];
+            if (!good || !hook) continue;
+            const std::int32_t params = vm.program->At(hook).params;
             if (params < 1 || params > 2) continue;
             args[1] = TakesStep(static_cast<HookKind>(kind)) ? step : MakeWord(Kind::Object, 1);
             good = vm.RunFunction(hook, args, params, result);
@@ -107,7 +107,7 @@ void RunBehaviours(Vm& vm, const Value& step) {
 void RunReserved(Vm& vm, const Value& real) {
     constexpr int Params[ReservedFunctionCount] = {2, 3, 2, 0, 0, 1};
     for (std::size_t kind = 0; kind < vm.program->reserved.size(); ++kind) {
-        if (vm.program->reserved[kind] < 0) continue;
+        if (!vm.program->reserved[kind]) continue;
         Value args[] = {real, real, Value()};
         if (kind == static_cast<std::size_t>(ReservedFunction::PlayerFocus)) args[0] = MakeInt(1);
         if (Params[kind] == 3) args[2] = vm.NewList(nullptr, 0);

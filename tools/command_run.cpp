@@ -47,7 +47,7 @@ bool Report(const Vm& vm, const std::string& when) {
 }
 
 bool Has(const Vm& vm, HookKind hook) {
-    return vm.program->hooks[static_cast<std::size_t>(hook)] >= 0;
+    return static_cast<bool>(vm.program->hooks[static_cast<std::size_t>(hook)]);
 }
 
 // What a hook printed leaves the process with its end: not line by line, which would cost a system call each, and not

@@ -45,8 +45,14 @@ bool SameValue(const Heap& heap, const Value& a, const Value& b) {
         case Kind::Object:
         case Kind::Body:
         case Kind::Sound: return a.Handle() == b.Handle();
-        default: return false;
+        case Kind::Unknown:
+        case Kind::Nothing:
+        case Kind::List:
+        case Kind::Dict:
+        case Kind::Record:
+        case Kind::Space: break;
     }
+    return false;
 }
 
 std::int32_t CompareValues(const Heap& heap, const Value& a, const Value& b) {
@@ -59,8 +65,17 @@ std::int32_t CompareValues(const Heap& heap, const Value& a, const Value& b) {
         case Kind::Object:
         case Kind::Body:
         case Kind::Sound: return Order(a.Handle(), b.Handle());
-        default: return 0;
+        case Kind::Unknown:
+        case Kind::Nothing:
+        case Kind::Vec2:
+        case Kind::Vec3:
+        case Kind::Color:
+        case Kind::List:
+        case Kind::Dict:
+        case Kind::Record:
+        case Kind::Space: break;
     }
+    return 0;
 }
 
 }  // namespace tavrel::core::script

@@ -84,8 +84,22 @@ bool DeepCopy(Vm& vm, const Value& value, int depth, Value& out) {
         case Kind::List:
         case Kind::Dict:
         case Kind::Record: return CopyContainer(vm, value, depth, out);
-        default: out = value; return true;
+        case Kind::Unknown:
+        case Kind::Nothing:
+        case Kind::Int:
+        case Kind::Real:
+        case Kind::Bool:
+        case Kind::Vec2:
+        case Kind::Vec3:
+        case Kind::Color:
+        case Kind::Object:
+        case Kind::Body:
+        case Kind::Sound:
+        case Kind::Enum:
+        case Kind::Space: break;
     }
+    out = value;
+    return true;
 }
 
 }  // namespace tavrel::core::script

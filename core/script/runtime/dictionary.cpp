@@ -113,7 +113,8 @@ std::uint64_t FirstBytes(const std::string& text) {
     return bytes;
 }
 
-// A number for each key: keys in ascending order have numbers that do not descend.
+// A number for each key: keys in ascending order have numbers that do not descend. Kinds whose order no such number
+// tells have 0, and CompareValues decides.
 std::uint64_t Rank(const Heap& heap, const Value& key) {
     constexpr std::uint64_t Sign = std::uint64_t{1} << 63U;
     const auto word = static_cast<std::uint64_t>(key.word);
@@ -125,8 +126,18 @@ std::uint64_t Rank(const Heap& heap, const Value& key) {
         case Kind::Object:
         case Kind::Body:
         case Kind::Sound: return word;
-        default: return 0;
+        case Kind::Real:
+        case Kind::Unknown:
+        case Kind::Nothing:
+        case Kind::Vec2:
+        case Kind::Vec3:
+        case Kind::Color:
+        case Kind::List:
+        case Kind::Dict:
+        case Kind::Record:
+        case Kind::Space: break;
     }
+    return 0;
 }
 
 struct Ranked {

@@ -95,7 +95,7 @@ inline std::int32_t ShortDelta(const FastInstruction& instruction) {
 #endif
 #define SLOT(offset) (*reinterpret_cast<Value*>(base + (offset)))
 #define GLOBAL(offset) (*reinterpret_cast<Value*>(globals + (offset)))
-#define PICK(shift, offset) (*reinterpret_cast<Value*>(places[(ip->flags >> (shift)) & 3U] + (offset)))
+#define PICK(shift, offset) (*reinterpret_cast<Value*>(spaces[(ip->flags >> (shift)) & 3U] + (offset)))
 #define SET_INT(offset, value)          \
     {                                   \
         const std::int64_t set = value; \
@@ -179,7 +179,7 @@ inline std::int32_t ShortDelta(const FastInstruction& instruction) {
         if (static_cast<std::uint64_t>(index) >= object.items.size()) {                      \
             CHECKED(FailIndex(object.items.size(), index));                                  \
         }                                                                                    \
-        Replace(heap, object.items[static_cast<std::size_t>(index)], PICK(PlaceOfC, ip->c)); \
+        Replace(heap, object.items[static_cast<std::size_t>(index)], PICK(SpaceOfC, ip->c)); \
         NEXT;                                                                                \
     }
 
@@ -196,7 +196,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
     const FastInstruction* before = nullptr;  // the operation of this code, so that the step behind it leads there
     char* base = nullptr;
     char* const globals = reinterpret_cast<char*>(vm.globals.data());
-    char* places[3] = {nullptr, globals, nullptr};
+    char* spaces[3] = {nullptr, globals, nullptr};
     const char* message = nullptr;
     char* stack = nullptr;  // of the machine; it moves when it grows
     char* stackEnd = nullptr;
@@ -204,7 +204,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
         stack = reinterpret_cast<char*>(vm.stack.Data());
         stackEnd = reinterpret_cast<char*>(vm.stack.Data() + vm.stack.Room());
         base = stack + frame;
-        places[0] = base;
+        spaces[0] = base;
     };
     const auto grow = [&](std::uint64_t frame, const PreparedCode& needed) INLINED {
         vm.stack.Reserve(static_cast<std::size_t>(frame / SlotBytes + needed.extent));
@@ -212,8 +212,8 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
     };
     const auto enter = [&]() INLINED {
         before = code->before;
-        places[0] = base;
-        places[2] = reinterpret_cast<char*>(const_cast<Value*>(code->pool));
+        spaces[0] = base;
+        spaces[2] = reinterpret_cast<char*>(const_cast<Value*>(code->pool));
     };
     const auto origin = [&]() INLINED -> const Origin& {
         return code->origins[static_cast<std::size_t>(ip - before - 1)];
@@ -236,16 +236,16 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
     for (;; ++ip) {
         switch (ip->op) {
             CASE(LoadConst) {
-                const Value& value = *reinterpret_cast<const Value*>(places[2] + ip->c);
+                const Value& value = *reinterpret_cast<const Value*>(spaces[2] + ip->c);
                 RetainAt(heap, value);
                 STORE(ip->a, value);
                 NEXT;
             }
             CASE(LoadPlain)
-            Put(SLOT(ip->a), *reinterpret_cast<const Value*>(places[2] + ip->c));
+            Put(SLOT(ip->a), *reinterpret_cast<const Value*>(spaces[2] + ip->c));
             NEXT;
             CASE(Copy) {
-                Value& source = PICK(PlaceOfB, ip->b);
+                Value& source = PICK(SpaceOfB, ip->b);
                 Value value;
                 Put(value, source);
                 if (ip->flags & TakeB) {
@@ -266,7 +266,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 NEXT;
             }
             CASE(StoreGlobal) {
-                Value& source = PICK(PlaceOfB, ip->b);
+                Value& source = PICK(SpaceOfB, ip->b);
                 if (!(ip->flags & TakeB)) RetainAt(heap, source);
                 Value value;
                 Put(value, source);
@@ -444,8 +444,8 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
             SET_BOOL(ip->a, (SLOT(ip->b).Real() == SLOT(ip->c).Real()) == (ip->flags == 0));
             NEXT;
             CASE(CompareAny) {
-                Value& a = PICK(PlaceOfB, ip->b);
-                Value& b = PICK(PlaceOfC, ip->c);
+                Value& a = PICK(SpaceOfB, ip->b);
+                Value& b = PICK(SpaceOfC, ip->c);
                 const bool truth = Compare(a, b, ip->flags >> ComparisonShift);
                 DROP_TAKEN(TakeB, a);
                 DROP_TAKEN(TakeC, b);
@@ -454,7 +454,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
             }
 
             CASE(FieldGet) {
-                Value& record = PICK(PlaceOfB, ip->b);
+                Value& record = PICK(SpaceOfB, ip->b);
                 if (record.kind != Kind::Record) goto invalid;
                 const HeapObject& object = heap.objects[record.ObjectIndex()];
                 if (ip->c >= object.items.size()) goto invalid;
@@ -476,11 +476,11 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 NEXT;
             }
             CASE(FieldSet) {
-                Value& record = PICK(PlaceOfA, ip->a);
+                Value& record = PICK(SpaceOfA, ip->a);
                 if (record.kind != Kind::Record) goto invalid;
                 HeapObject& object = heap.objects[record.ObjectIndex()];
                 if (ip->b >= object.items.size()) goto invalid;
-                StoreItem(heap, object.items[ip->b], PICK(PlaceOfC, ip->c), (ip->flags & TakeC) != 0);
+                StoreItem(heap, object.items[ip->b], PICK(SpaceOfC, ip->c), (ip->flags & TakeC) != 0);
                 DROP_TAKEN(TakeA, record);
                 NEXT;
             }
@@ -489,11 +489,11 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 if (record.kind != Kind::Record) goto invalid;
                 HeapObject& object = heap.objects[record.ObjectIndex()];
                 if (ip->b >= object.items.size()) goto invalid;
-                Replace(heap, object.items[ip->b], PICK(PlaceOfC, ip->c));
+                Replace(heap, object.items[ip->b], PICK(SpaceOfC, ip->c));
                 NEXT;
             }
             CASE(ListGet) {
-                Value& list = PICK(PlaceOfB, ip->b);
+                Value& list = PICK(SpaceOfB, ip->b);
                 if (list.kind != Kind::List) goto invalid;
                 const HeapObject& object = heap.objects[list.ObjectIndex()];
                 const std::int64_t index = SLOT(ip->c).word;
@@ -508,14 +508,14 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 NEXT;
             }
             CASE(ListSet) {
-                Value& list = PICK(PlaceOfA, ip->a);
+                Value& list = PICK(SpaceOfA, ip->a);
                 if (list.kind != Kind::List) goto invalid;
                 HeapObject& object = heap.objects[list.ObjectIndex()];
                 const std::int64_t index = SLOT(ip->b).word;
                 if (static_cast<std::uint64_t>(index) >= object.items.size()) {
                     CHECKED(FailIndex(object.items.size(), index));
                 }
-                Value& source = PICK(PlaceOfC, ip->c);
+                Value& source = PICK(SpaceOfC, ip->c);
                 StoreItem(heap, object.items[static_cast<std::size_t>(index)], source, (ip->flags & TakeC) != 0);
                 DROP_TAKEN(TakeA, list);
                 NEXT;
@@ -525,8 +525,8 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
             LIST_SET(ListSetLocal, SLOT)
             LIST_SET(ListSetGlobal, GLOBAL)
             CASE(DictGet) {
-                Value& dict = PICK(PlaceOfB, ip->b);
-                Value& key = PICK(PlaceOfC, ip->c);
+                Value& dict = PICK(SpaceOfB, ip->b);
+                Value& key = PICK(SpaceOfC, ip->c);
                 Value value;
                 CHECKED(DictGet(dict, key, value));
                 DROP_TAKEN(TakeB, dict);
@@ -563,7 +563,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
             }
             CASE(NewRecord) {
                 Value value;
-                CHECKED(vm.NewRecordValue(static_cast<std::int32_t>(ip->c), value));
+                CHECKED(vm.NewRecordValue(RecordId(std::size_t{ip->c}), value));
                 STORE(ip->a, value);
                 NEXT;
             }
@@ -575,8 +575,8 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 NEXT;
             }
             CASE(ConcatText) {
-                Value& left = PICK(PlaceOfB, ip->b);
-                Value& right = PICK(PlaceOfC, ip->c);
+                Value& left = PICK(SpaceOfB, ip->b);
+                Value& right = PICK(SpaceOfC, ip->c);
                 Value value;
                 CHECKED(Concat(left, right, (ip->flags & TakeB) != 0, value));
                 DROP_TAKEN(TakeB, left);
@@ -590,7 +590,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 const PreparedCode* callee = functions[ip->c].fast.get();
                 if (callee == nullptr || u > callLimit) {
                     const bool spent = u + static_cast<std::int32_t>(ip->b) > limit;
-                    callee = CodeOf(*vm.prepared, static_cast<std::int32_t>(ip->c), spent);
+                    callee = CodeOf(*vm.prepared, FunctionId(std::size_t{ip->c}), spent);
                     if (callee == nullptr) goto invalid;
                 }
                 u += static_cast<std::int32_t>(ip->b);
@@ -615,7 +615,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
             CASE(ReturnValue) {
                 Value value;
                 if (ip->op == FastOp::ReturnValue) {
-                    Value& source = PICK(PlaceOfB, ip->b);
+                    Value& source = PICK(SpaceOfB, ip->b);
                     Put(value, source);
                     if (ip->flags & TakeB) {
                         source.kind = Kind::Nothing;
@@ -675,14 +675,14 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
                 NEXT;
             }
             CASE(ListSize) {
-                const Value& list = PICK(PlaceOfB, ip->b);
+                const Value& list = PICK(SpaceOfB, ip->b);
                 if (list.kind != Kind::List) goto invalid;
                 SET_INT(ip->a, static_cast<std::int64_t>(heap.objects[list.ObjectIndex()].items.size()));
                 NEXT;
             }
             CASE(ListAppend) {
-                Value& list = PICK(PlaceOfB, ip->b);
-                Value& item = PICK(PlaceOfC, ip->c);
+                Value& list = PICK(SpaceOfB, ip->b);
+                Value& item = PICK(SpaceOfC, ip->c);
                 CHECKED(Append(list, item));
                 if (ip->flags & TakeC) {
                     item.kind = Kind::Nothing;

@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "core/script/program/program.h"
 #include "core/script/runtime/value.h"
 #include "core/script/runtime/value_vector.h"
 
@@ -32,7 +33,7 @@ struct HeapObject {
     Kind kind = Kind::Nothing;
     std::uint16_t effort = 0;  // that a dictionary without an index cost so far (dictionary.cpp)
     std::int32_t refs = 0;
-    std::int32_t record = -1;   // into Program::records; -1 for what is no record
+    RecordId record;            // none for what is no record
     std::uint32_t version = 0;  // counts the changes of a list or dictionary that a "para cada" may not see
     std::string text;           // the bytes of a Text, which never change
     ValueVector items;          // of a list; the fields of a record; the values of a dictionary
@@ -79,7 +80,7 @@ struct Heap {
     [[nodiscard]] std::int32_t NewList();
     [[nodiscard]] std::int32_t NewDict();
     // The fields are Nothing.
-    [[nodiscard]] std::int32_t NewRecord(std::int32_t record, std::size_t fieldCount);
+    [[nodiscard]] std::int32_t NewRecord(RecordId record, std::size_t fieldCount);
 
     // Whether that much more stays within the limit.
     [[nodiscard]] bool Fits(std::uint64_t more) const { return more <= limit && bytes <= limit - more; }

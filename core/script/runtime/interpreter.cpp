@@ -11,7 +11,7 @@
 
 namespace tavrel::core::script {
 
-bool Vm::Execute(std::int32_t function, std::uint64_t argumentCount, Value& result) {
+bool Vm::Execute(FunctionId function, std::uint64_t argumentCount, Value& result) {
     if (!HasFunction(function) || argumentCount > stack.Size()) {
         Fail(UnknownFunctionFault);
         return false;
@@ -19,7 +19,7 @@ bool Vm::Execute(std::int32_t function, std::uint64_t argumentCount, Value& resu
     return Interpreter(*this).Run(function, argumentCount, result);
 }
 
-bool Interpreter::Run(std::int32_t function, std::uint64_t argumentCount, Value& result) {
+bool Interpreter::Run(FunctionId function, std::uint64_t argumentCount, Value& result) {
     const PreparedCode* code = nullptr;
     bool good = Enter(function, argumentCount, code);
     if (good) good = Loop(code, vm.frames.back().base, result);
@@ -29,7 +29,7 @@ bool Interpreter::Run(std::int32_t function, std::uint64_t argumentCount, Value&
 }
 
 // Sets up the frame of the outermost function over the arguments that stand on the stack.
-bool Interpreter::Enter(std::int32_t function, std::uint64_t argumentCount, const PreparedCode*& code) {
+bool Interpreter::Enter(FunctionId function, std::uint64_t argumentCount, const PreparedCode*& code) {
     const std::uint64_t base = vm.stack.Size() - argumentCount;
     vm.frames.push_back({function, base, 0});
     if (vm.frames.size() > Vm::MaxFrames) {
@@ -39,7 +39,7 @@ bool Interpreter::Enter(std::int32_t function, std::uint64_t argumentCount, cons
     code = CodeOf(*vm.prepared, function, false);
     if (code == nullptr) return FailInvalid();
     if ((base + code->extent) * SlotBytes > MaxStackBytes) return FailText(MemoryFault);
-    const std::int32_t params = vm.program->functions[static_cast<std::size_t>(function)].params;
+    const std::int32_t params = vm.program->At(function).params;
     const std::uint64_t kept = std::min(argumentCount, static_cast<std::uint64_t>(params));
     vm.ClearStackTo(static_cast<std::size_t>(base + kept));
     vm.stack.Reserve(static_cast<std::size_t>(base + code->extent));
@@ -158,7 +158,7 @@ bool Interpreter::MakeDict(Value* pairs, std::uint32_t count, Value& out) {
 bool Interpreter::MakeRecord(Value* fields, std::uint32_t record, Value& out) {
     const std::size_t count = vm.program->records[record].fieldTypes.size();
     if (!vm.Grow(Heap::ObjectCost + Heap::ItemCost * count)) return false;
-    const auto object = static_cast<std::uint32_t>(vm.heap.NewRecord(static_cast<std::int32_t>(record), count));
+    const auto object = static_cast<std::uint32_t>(vm.heap.NewRecord(RecordId(std::size_t{record}), count));
     Value* items = vm.heap.objects[object].items.data();
     for (std::size_t i = 0; i < count; ++i) items[i] = std::exchange(fields[i], Value());
     out = MakeObject(Kind::Record, object);
@@ -234,12 +234,12 @@ void Interpreter::ShowFrames(const PreparedCode& code, std::uint64_t base, std::
 }
 
 void Interpreter::ClearLocals(const PreparedCode& code, Value* locals) {
-    const std::int32_t params = vm.program->functions[static_cast<std::size_t>(code.function)].params;
+    const std::int32_t params = vm.program->At(code.function).params;
     std::fill(locals + params, locals + code.locals, Value());
 }
 
 // Puts a fault that was recorded without its place where it belongs.
-void Interpreter::Locate(std::int32_t function, std::uint32_t pc) {
+void Interpreter::Locate(FunctionId function, std::uint32_t pc) {
     vm.faulted = false;
     vm.FaultAt(function, pc, std::string(std::move(vm.faultMessage)));
 }

@@ -22,7 +22,7 @@ class Interpreter {
 public:
     explicit Interpreter(Vm& givenVm) : vm(givenVm), entry(givenVm.frames.size()) {}
 
-    [[nodiscard]] bool Run(std::int32_t function, std::uint64_t argumentCount, Value& result);
+    [[nodiscard]] bool Run(FunctionId function, std::uint64_t argumentCount, Value& result);
 
 private:
     // Where a caller goes on.
@@ -37,10 +37,10 @@ private:
     [[nodiscard]] bool Loop(const PreparedCode* code, std::uint64_t base, Value& result);
 
     // interpreter.cpp: false with a fault recorded in the machine; the loop sees to its place.
-    [[nodiscard]] bool Enter(std::int32_t function, std::uint64_t argumentCount, const PreparedCode*& code);
+    [[nodiscard]] bool Enter(FunctionId function, std::uint64_t argumentCount, const PreparedCode*& code);
     void ShowFrames(const PreparedCode& code, std::uint64_t base, std::uint64_t pc);
     void ClearLocals(const PreparedCode& code, Value* locals);
-    void Locate(std::int32_t function, std::uint32_t pc);
+    void Locate(FunctionId function, std::uint32_t pc);
     [[nodiscard]] bool FailIndex(std::size_t size, std::int64_t index);
     [[nodiscard]] bool FailInvalid();
     [[nodiscard]] bool FailText(const std::string& text);

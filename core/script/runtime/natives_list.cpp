@@ -13,15 +13,10 @@ namespace tavrel::core::script {
 
 namespace {
 
-bool IsWholeWord(Kind kind) {
-    return kind == Kind::Int || kind == Kind::Enum || kind == Kind::Bool ||
-           (kind >= Kind::Object && kind <= Kind::Sound);
-}
-
 // The index of the first item that is the same as a value; -1 for none.
 std::int64_t FindItem(const Heap& heap, const Value& list, const Value& value) {
     const ValueVector& items = heap.At(list).items;
-    const bool whole = IsWholeWord(value.kind);
+    const bool whole = ComparesByWord(value.kind);
     const auto at = std::find_if(items.begin(), items.end(), [&](const Value& item) {
         return whole && item.kind == value.kind ? item.word == value.word : SameValue(heap, item, value);
     });

@@ -29,13 +29,13 @@ enum class FastOp : std::uint16_t {
 #undef TAVREL_FAST
 };
 
-// Where a picked operand stands.
-enum class Place : std::uint16_t { Frame = 0, Global = 1, Constant = 2 };
+// Where a picked operand stands: in the frame, among the globals or in the pool of constants.
+enum class OperandSpace : std::uint16_t { Frame = 0, Global = 1, Constant = 2 };
 
-// Flags of operations with picked operands. Places take two bits each.
-inline constexpr std::uint16_t PlaceOfB = 0;      // shift
-inline constexpr std::uint16_t PlaceOfC = 2;      // shift
-inline constexpr std::uint16_t PlaceOfA = 4;      // shift
+// Flags of operations with picked operands. Spaces take two bits each.
+inline constexpr std::uint16_t SpaceOfB = 0;      // shift
+inline constexpr std::uint16_t SpaceOfC = 2;      // shift
+inline constexpr std::uint16_t SpaceOfA = 4;      // shift
 inline constexpr std::uint16_t TakeB = 1U << 6U;  // the operand's reference is the operation's to keep or drop
 inline constexpr std::uint16_t TakeC = 1U << 7U;
 inline constexpr std::uint16_t TakeA = 1U << 8U;
@@ -43,9 +43,9 @@ inline constexpr std::uint16_t DropOld = 1U << 9U;    // the destination may own
 inline constexpr std::uint16_t CleanAll = 1U << 10U;  // of a return: the whole frame is to be dropped
 inline constexpr std::uint16_t ComparisonShift = 11;  // of CompareAny: 0 to 5
 
-// The flags that tell the place of one picked operand, and whether it is to be taken.
-[[nodiscard]] inline std::uint16_t PickFlags(Place place, int shift, bool take, std::uint16_t takeFlag) {
-    const unsigned bits = static_cast<unsigned>(place) << static_cast<unsigned>(shift);
+// The flags that tell the space of one picked operand, and whether it is to be taken.
+[[nodiscard]] inline std::uint16_t PickFlags(OperandSpace space, int shift, bool take, std::uint16_t takeFlag) {
+    const unsigned bits = static_cast<unsigned>(space) << static_cast<unsigned>(shift);
     return static_cast<std::uint16_t>(bits | (take ? takeFlag : 0U));
 }
 
@@ -66,14 +66,14 @@ struct Origin {
 
 // One function in one of the two forms.
 struct PreparedCode {
-    const FastInstruction* before = nullptr;  // in front of the first operation
+    const FastInstruction* before = nullptr;  // the one in front of the first operation
     const Value* pool = nullptr;              // the constants
     std::uint64_t extentBytes = 0;            // of a frame
     bool clearLocals = false;                 // a local may be read before it is stored, and then is Nothing
-    std::int32_t function = 0;
+    FunctionId function;
     std::uint32_t locals = 0;
-    std::uint32_t extent = 0;  // slots of a frame: locals and the deepest operands
-    std::vector<FastInstruction> code;
+    std::uint32_t extent = 0;           // slots of a frame: locals and the deepest operands
+    std::vector<FastInstruction> code;  // one that never runs, so that a jump may lead to `before`; then the operations
     std::vector<Origin> origins;        // one for each operation
     std::vector<Value> constants;       // texts are those of the machine, without a reference of their own
     std::vector<Divisor> divisors;      // constants that something is divided by
@@ -92,15 +92,15 @@ struct PreparedProgram {
         bool refused = false;  // no code that can run safely
     };
     const Program* program;
-    const std::vector<Value>* texts;        // the machine's text pool
-    std::vector<std::int32_t> recordTypes;  // type of each record of the program; -1 for none
+    const std::vector<Value>* texts;  // the machine's text pool
+    std::vector<TypeId> recordTypes;  // type of each record of the program
     std::vector<Pair> functions;
     std::int64_t margin = 0;  // three times the longest function: more than any way between two looks at the budget
 };
 
 // The form of a function, prepared now if need be; null for a function whose code reaches outside what it may: an
 // operand that indexes nothing, a jump beyond the code, more taken off the stack than stands on it.
-[[nodiscard]] const PreparedCode* CodeOf(PreparedProgram& prepared, std::int32_t function, bool exact);
+[[nodiscard]] const PreparedCode* CodeOf(PreparedProgram& prepared, FunctionId function, bool exact);
 
 inline constexpr std::uint32_t SlotBytes = sizeof(Value);
 // All frames together; whoever calls beyond that meets the memory fault.

@@ -123,7 +123,15 @@ void SortValues(const Heap& heap, std::span<Value> items) {
         case Kind::Sound: return SortIntegers(items);
         case Kind::Real: return SortReals(items);
         case Kind::Text: return SortTexts(heap, items);
-        default: return;
+        case Kind::Unknown:
+        case Kind::Nothing:
+        case Kind::Vec2:
+        case Kind::Vec3:
+        case Kind::Color:
+        case Kind::List:
+        case Kind::Dict:
+        case Kind::Record:
+        case Kind::Space: return;
     }
 }
 

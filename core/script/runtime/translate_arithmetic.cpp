@@ -4,6 +4,8 @@
 #include <bit>
 #include <limits>
 
+#include "core/script/runtime/comparison.h"
+
 namespace tavrel::core::script {
 
 namespace {
@@ -28,7 +30,7 @@ void Translator::TranslateArithmetic(const Instruction& instruction) {
                                        FastOp::MulReal, FastOp::DivReal, FastOp::NegReal};
     const Op op = static_cast<Op>(instruction.op);
     const FastOp fast = Slots[instruction.op - static_cast<int>(Op::AddInt)];
-    const Fact result{op >= Op::AddReal ? Kind::Real : Kind::Int, false, -1, 0};
+    const Fact result{op >= Op::AddReal ? Kind::Real : Kind::Int, false, {}, 0};
     std::uint16_t flags = 0;
     Operand right = Pop();
     if (op == Op::NegInt || op == Op::NegReal) {
@@ -95,10 +97,11 @@ bool Translator::TranslateImmediate(Op op, Operand& left, Operand& right) {
             c ^= 0x80000000U;
             break;
         case Op::MulReal: fast = FastOp::MulRealImm; break;
-        default:
+        case Op::DivReal:
             if (number == 0.0F) return false;
             fast = FastOp::DivRealImm;
             break;
+        default: return false;  // TranslateArithmetic sends no other
     }
     const std::uint32_t b = FrameSlot(swapped ? right : left, operands.size() + (swapped ? 1 : 0));
     std::uint16_t flags = 0;
@@ -116,7 +119,7 @@ void Translator::TranslateVector(const Instruction& instruction) {
         operands.resize(first);
         Emit(FastOp::MakeVector, Destination(false, flags), SlotAt(first), instruction.a);
         constexpr Kind Kinds[] = {Kind::Vec2, Kind::Vec3, Kind::Color};
-        return PushResult({Kinds[instruction.a - 2], false, -1, 0});
+        return PushResult({Kinds[instruction.a - 2], false, {}, 0});
     }
     const bool component = op == Op::VecGet || op == Op::VecSet;
     if (component && instruction.a > 3) return Refuse();
@@ -134,42 +137,40 @@ void Translator::TranslateVector(const Instruction& instruction) {
         case Op::NegVec: Emit(FastOp::NegVec, a, b, 0); break;
         case Op::ScaleVec: Emit(FastOp::ScaleVec, a, b, c); break;
         case Op::DivVec: Emit(FastOp::DivVec, a, b, c); break;
-        case Op::VecGet: Emit(FastOp::VecGet, a, b, c); return PushResult({Kind::Real, false, -1, 0});
-        default: Emit(FastOp::VecSet, a, b, c, instruction.a); break;
+        case Op::VecGet: Emit(FastOp::VecGet, a, b, c); return PushResult({Kind::Real, false, {}, 0});
+        case Op::VecSet: Emit(FastOp::VecSet, a, b, c, instruction.a); break;
+        default: break;  // Translate sends no other
     }
     // The interpreter keeps the result off the heap whatever the operand is.
-    PushResult({ComponentCount(HintKind(first.fact)) > 0 ? HintKind(first.fact) : Kind::Vec3, false, -1, 0});
+    PushResult({ComponentCount(HintKind(first.fact)) > 0 ? HintKind(first.fact) : Kind::Vec3, false, {}, 0});
 }
 
 void Translator::TranslateCompare(std::uint8_t wanted) {
     Operand right = Pop();
     Operand left = Pop();
     if (!good) return;
-    if (wanted > 5) return Refuse();
+    if (wanted >= ComparisonCount) return Refuse();
     if (IsConstant(left, Kind::Int) && IsConstant(right, Kind::Int)) {
         const int order = left.fact.word < right.fact.word ? 1 : left.fact.word == right.fact.word ? 2 : 4;
-        constexpr int Orders[6] = {2, 5, 1, 3, 4, 6};
-        return PushConstant(Kind::Bool, (Orders[wanted] & order) != 0 ? 1 : 0);
+        return PushConstant(Kind::Bool, (OrdersOf(wanted) & order) != 0 ? 1 : 0);
     }
     Kind kind = HintKind(left.fact);
     if (kind == Kind::Unknown) kind = HintKind(right.fact);
-    const bool word = kind == Kind::Int || kind == Kind::Bool || kind == Kind::Enum || kind == Kind::Object ||
-                      kind == Kind::Body || kind == Kind::Sound;
-    if (word || kind == Kind::Real) {
+    if (ComparesByWord(kind) || kind == Kind::Real) {
         conditionLeft = left;
         conditionRight = right;
         comparison = wanted;
         realComparison = kind == Kind::Real;
-        Push({Operand::Where::Condition, 0, {Kind::Bool, false, -1, 0}});
+        Push({Operand::Where::Condition, 0, {Kind::Bool, false, {}, 0}});
         return KeepConditionForJump();
     }
     const Picked b = Pick(left, operands.size());
     const Picked c = Pick(right, operands.size() + 1);
-    const unsigned flags = static_cast<unsigned>(PickFlags(b.place, PlaceOfB, b.take, TakeB)) |
-                           static_cast<unsigned>(PickFlags(c.place, PlaceOfC, c.take, TakeC)) |
+    const unsigned flags = static_cast<unsigned>(PickFlags(b.space, SpaceOfB, b.take, TakeB)) |
+                           static_cast<unsigned>(PickFlags(c.space, SpaceOfC, c.take, TakeC)) |
                            static_cast<unsigned>(wanted) << ComparisonShift;
     Emit(FastOp::CompareAny, SlotAt(operands.size()), b.offset, c.offset, static_cast<std::uint16_t>(flags));
-    PushTemp({Kind::Bool, false, -1, 0});
+    PushTemp({Kind::Bool, false, {}, 0});
 }
 
 // A comparison stays put off only when the next instruction can use it so.
@@ -182,9 +183,7 @@ void Translator::KeepConditionForJump() {
 void Translator::TranslateNot() {
     if (operands.empty()) return Refuse();
     if (operands.back().where == Operand::Where::Condition) {
-        // With a NaN, "<" is the opposite of ">=" here: a NaN compares as equal.
-        constexpr std::uint8_t Opposite[6] = {1, 0, 5, 4, 3, 2};
-        comparison = Opposite[comparison];
+        comparison = OppositeOf(comparison);
         return KeepConditionForJump();
     }
     Operand operand = Pop();
@@ -193,7 +192,7 @@ void Translator::TranslateNot() {
     const std::uint32_t b = FrameSlot(operand, operands.size());
     const std::uint32_t a = Destination(false, flags);
     Emit(FastOp::Not, a, b, 0);
-    PushResult({Kind::Bool, false, -1, 0});
+    PushResult({Kind::Bool, false, {}, 0});
 }
 
 }  // namespace tavrel::core::script

@@ -12,8 +12,8 @@ constexpr std::uint32_t MaxCleaned = 256;
 
 }  // namespace
 
-std::int32_t Translator::RecordType(std::uint32_t record) const {
-    return record < recordTypes.size() ? recordTypes[record] : -1;
+TypeId Translator::RecordType(std::uint32_t record) const {
+    return record < recordTypes.size() ? recordTypes[record] : TypeId();
 }
 
 void Translator::TranslateCall(const Instruction& instruction) {
@@ -44,9 +44,9 @@ void Translator::TranslateNative(Native native, const Instruction& instruction) 
     if (!exact && TranslateHotNative(native)) return;
     MaterialiseFrom(operands.size() - count);
     operands.resize(operands.size() - count);
-    Emit(FastOp::CallNative, SlotAt(operands.size()), instruction.a, instruction.c);
+    Emit(FastOp::CallNative, SlotAt(operands.size()), instruction.a, static_cast<std::uint32_t>(native));
     if (shape.result != Kind::Nothing)
-        PushTemp({shape.function == nullptr ? Kind::Nothing : shape.result, false, -1, 0});
+        PushTemp({shape.function == nullptr ? Kind::Nothing : shape.result, false, {}, 0});
 }
 
 // Natives that need no arguments side by side on the stack. False for the others.
@@ -57,8 +57,8 @@ bool Translator::TranslateHotNative(Native native) {
         Operand list = Pop();
         const Picked b = Pick(list, operands.size());
         const Picked c = Pick(item, operands.size() + 1);
-        const unsigned flags = static_cast<unsigned>(PickFlags(b.place, PlaceOfB, b.take, TakeB)) |
-                               static_cast<unsigned>(PickFlags(c.place, PlaceOfC, c.take, TakeC));
+        const unsigned flags = static_cast<unsigned>(PickFlags(b.space, SpaceOfB, b.take, TakeB)) |
+                               static_cast<unsigned>(PickFlags(c.space, SpaceOfC, c.take, TakeC));
         Emit(FastOp::ListAppend, 0, b.offset, c.offset, static_cast<std::uint16_t>(flags));
         return true;
     }
@@ -70,20 +70,19 @@ bool Translator::TranslateHotNative(Native native) {
             Push(list);
             return false;
         }
-        flags = PickFlags(b.place, PlaceOfB, false, TakeB);
+        flags = PickFlags(b.space, SpaceOfB, false, TakeB);
         const std::uint32_t a = Destination(false, flags);
         Emit(FastOp::ListSize, a, b.offset, 0, flags);
-        PushResult({Kind::Int, false, -1, 0});
+        PushResult({Kind::Int, false, {}, 0});
         return true;
     }
     if (native == Native::DictObtain) {
-        const std::int32_t dict = std::max(operands[operands.size() - 3].fact.type, 0);
-        const TypeInfo& type = program.types.At(dict);
+        const TypeInfo& type = program.types.At(operands[operands.size() - 3].fact.type);
         MaterialiseFrom(operands.size() - 3);
         operands.resize(operands.size() - 3);
         const std::uint32_t a = Destination(true, flags);
         Emit(FastOp::DictObtain, a, SlotAt(operands.size()), 0, flags);
-        PushResult({Kind::Unknown, false, type.kind == Kind::Dict ? type.element.value : -1, 0});
+        PushResult({Kind::Unknown, false, type.kind == Kind::Dict ? type.element : TypeId(), 0});
         return true;
     }
     const bool plain = shape.arguments == 1 && shape.kinds[0] == Kind::Unknown && shape.result != Kind::Unknown &&
@@ -100,7 +99,7 @@ bool Translator::TranslateHotNative(Native native) {
         case Native::NormalizeVec3: Emit(FastOp::Normalize, a, b, 3); break;
         default: Emit(FastOp::NativeUnary, a, b, static_cast<std::uint32_t>(native)); break;
     }
-    PushResult({shape.result, false, -1, 0});
+    PushResult({shape.result, false, {}, 0});
     return true;
 }
 
@@ -121,7 +120,7 @@ void Translator::TranslateHost(const Instruction& instruction) {
 void Translator::TranslateReturn(bool value) {
     const bool answers = source.returnType != NothingType;
     std::uint16_t flags = 0;
-    Picked picked{Place::Constant, 0, false};
+    Picked picked{OperandSpace::Constant, 0, false};
     std::int32_t moved = -1;
     if (value) {
         Operand operand = Pop();
@@ -132,7 +131,7 @@ void Translator::TranslateReturn(bool value) {
             moved = static_cast<std::int32_t>(operand.index);
         }
     } else if (answers) {
-        Operand nothing{Operand::Where::Constant, 0, {Kind::Nothing, true, -1, 0}};
+        Operand nothing{Operand::Where::Constant, 0, {Kind::Nothing, true, {}, 0}};
         picked = Pick(nothing, operands.size());
     }
     const bool many = operands.size() > MaxCleaned;
@@ -151,7 +150,7 @@ void Translator::TranslateReturn(bool value) {
     }
     const bool all = many || last > 0xFFFF;
     if (all) flags = CleanAll;
-    flags = static_cast<std::uint16_t>(flags | PickFlags(picked.place, PlaceOfB, picked.take, TakeB));
+    flags = static_cast<std::uint16_t>(flags | PickFlags(picked.space, SpaceOfB, picked.take, TakeB));
     const auto executed = static_cast<std::uint32_t>(static_cast<std::int32_t>(next) + delta);
     const std::uint32_t clean = all ? 0 : first | last << 16U;
     Emit(value || answers ? FastOp::ReturnValue : FastOp::Return, executed, picked.offset, clean, flags);

@@ -19,8 +19,8 @@ void Translator::TranslateContainer(const Instruction& instruction) {
     Operand first = Pop();
     if (!good) return;
     const Picked b = Pick(first, operands.size());
-    std::uint16_t flags = PickFlags(b.place, PlaceOfB, b.take, TakeB);
-    const TypeInfo& type = program.types.At(std::max(first.fact.type, 0));
+    std::uint16_t flags = PickFlags(b.space, SpaceOfB, b.take, TakeB);
+    const TypeInfo& type = program.types.At(first.fact.type);
     Fact fact;
     FastOp fast = FastOp::FieldGet;
     std::uint32_t c = instruction.c;
@@ -36,7 +36,7 @@ void Translator::TranslateContainer(const Instruction& instruction) {
         if (type.kind == Kind::List) fact.type = type.element;
     } else {
         const Picked picked = Pick(second, operands.size() + 1);
-        flags = static_cast<std::uint16_t>(flags | PickFlags(picked.place, PlaceOfC, picked.take, TakeC));
+        flags = static_cast<std::uint16_t>(flags | PickFlags(picked.space, SpaceOfC, picked.take, TakeC));
         c = picked.offset;
         fast = op == Op::DictGet ? FastOp::DictGet : FastOp::ConcatText;
         if (op == Op::ConcatText) fact.kind = Kind::Text;
@@ -44,9 +44,9 @@ void Translator::TranslateContainer(const Instruction& instruction) {
     }
     const std::uint32_t a = Destination(true, flags);
     const bool borrowed = (flags & (TakeB | DropOld)) == 0;
-    if (borrowed && op == Op::FieldGet && b.place == Place::Frame) fast = FastOp::FieldGetLocal;
-    if (borrowed && op == Op::ListGet && b.place == Place::Frame) fast = FastOp::ListGetLocal;
-    if (borrowed && op == Op::ListGet && b.place == Place::Global) fast = FastOp::ListGetGlobal;
+    if (borrowed && op == Op::FieldGet && b.space == OperandSpace::Frame) fast = FastOp::FieldGetLocal;
+    if (borrowed && op == Op::ListGet && b.space == OperandSpace::Frame) fast = FastOp::ListGetLocal;
+    if (borrowed && op == Op::ListGet && b.space == OperandSpace::Global) fast = FastOp::ListGetGlobal;
     Emit(fast, a, b.offset, c, flags);
     PushResult(fact);
 }
@@ -61,13 +61,13 @@ void Translator::TranslateElementSet(const Instruction& instruction) {
     const Picked a = Pick(container, operands.size());
     const std::uint32_t b = list ? FrameSlot(index, operands.size() + 1) : instruction.c;
     const Picked c = Pick(value, operands.size() + (list ? 2 : 1));
-    const unsigned flags = static_cast<unsigned>(PickFlags(a.place, PlaceOfA, a.take, TakeA)) |
-                           static_cast<unsigned>(PickFlags(c.place, PlaceOfC, c.take, TakeC));
+    const unsigned flags = static_cast<unsigned>(PickFlags(a.space, SpaceOfA, a.take, TakeA)) |
+                           static_cast<unsigned>(PickFlags(c.space, SpaceOfC, c.take, TakeC));
     FastOp fast = list ? FastOp::ListSet : FastOp::FieldSet;
     if (!a.take && Plain(value.fact)) {
-        if (!list && a.place == Place::Frame) fast = FastOp::FieldSetPlain;
-        if (list && a.place == Place::Frame) fast = FastOp::ListSetLocal;
-        if (list && a.place == Place::Global) fast = FastOp::ListSetGlobal;
+        if (!list && a.space == OperandSpace::Frame) fast = FastOp::FieldSetPlain;
+        if (list && a.space == OperandSpace::Frame) fast = FastOp::ListSetLocal;
+        if (list && a.space == OperandSpace::Global) fast = FastOp::ListSetGlobal;
     }
     Emit(fast, a.offset, b, c.offset, static_cast<std::uint16_t>(flags));
 }
@@ -90,18 +90,19 @@ void Translator::TranslateMake(const Instruction& instruction) {
     switch (op) {
         case Op::MakeList:
             Emit(FastOp::MakeList, a, b, instruction.a, flags);
-            return PushResult({Kind::List, false, -1, 0});
+            return PushResult({Kind::List, false, {}, 0});
         case Op::MakeDict:
             Emit(FastOp::MakeDict, a, b, instruction.a, flags);
-            return PushResult({Kind::Dict, false, -1, 0});
+            return PushResult({Kind::Dict, false, {}, 0});
         case Op::MakeRecord:
             Emit(FastOp::MakeRecord, a, b, instruction.c, flags);
             return PushResult({Kind::Record, false, RecordType(instruction.c), 0});
         case Op::NewRecord:
             Emit(FastOp::NewRecord, a, 0, instruction.c, flags);
             return PushResult({Kind::Record, false, RecordType(instruction.c), 0});
-        case Op::NewList: Emit(FastOp::NewList, a, 0, 0, flags); return PushResult({Kind::List, false, -1, 0});
-        default: Emit(FastOp::NewDict, a, 0, 0, flags); return PushResult({Kind::Dict, false, -1, 0});
+        case Op::NewList: Emit(FastOp::NewList, a, 0, 0, flags); return PushResult({Kind::List, false, {}, 0});
+        case Op::NewDict: Emit(FastOp::NewDict, a, 0, 0, flags); return PushResult({Kind::Dict, false, {}, 0});
+        default: return;  // Translate sends no other
     }
 }
 

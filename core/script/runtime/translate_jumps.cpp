@@ -1,6 +1,7 @@
 // Jumps: where they really lead, which of them are followed instead of taken, and how they are counted.
 #include <limits>
 
+#include "core/script/runtime/comparison.h"
 #include "core/script/runtime/translator.h"
 
 namespace tavrel::core::script {
@@ -56,7 +57,7 @@ bool Translator::Inlinable(std::uint32_t at) const {
                 at = instruction.c;
                 continue;
             case Op::CallNative:
-                if (static_cast<Native>(instruction.c) != Native::ListSize) return false;
+                if (instruction.c != static_cast<std::uint32_t>(Native::ListSize)) return false;
                 break;
             case Op::PushInt:
             case Op::PushReal:
@@ -180,9 +181,7 @@ void Translator::EmitBranch(bool truth, Operand& condition, std::size_t position
 }
 
 void Translator::EmitComparisonBranch(bool truth, std::size_t position) {
-    constexpr std::uint8_t Opposite[6] = {1, 0, 5, 4, 3, 2};
-    constexpr std::uint8_t Mirrored[6] = {0, 1, 4, 5, 2, 3};
-    int wanted = truth ? comparison : Opposite[comparison];
+    std::uint8_t wanted = truth ? comparison : OppositeOf(comparison);
     std::size_t leftPosition = position;
     std::size_t rightPosition = position + 1;
     const Kind kind = realComparison ? Kind::Real : Kind::Int;
@@ -193,7 +192,7 @@ void Translator::EmitComparisonBranch(bool truth, std::size_t position) {
     if (immediate(conditionLeft) && !immediate(conditionRight)) {
         std::swap(conditionLeft, conditionRight);
         std::swap(leftPosition, rightPosition);
-        wanted = Mirrored[wanted];
+        wanted = MirroredOf(wanted);
     }
     const std::uint32_t left = FrameSlot(conditionLeft, leftPosition);
     const bool number = immediate(conditionRight);

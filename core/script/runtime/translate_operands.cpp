@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/script/runtime/comparison.h"
+
 namespace tavrel::core::script {
 
 namespace {
@@ -27,7 +29,7 @@ void Translator::PushTemp(const Fact& fact) {
 }
 
 void Translator::PushConstant(Kind kind, std::int64_t word) {
-    Push({Operand::Where::Constant, 0, {kind, true, -1, word}});
+    Push({Operand::Where::Constant, 0, {kind, true, {}, word}});
 }
 
 Operand Translator::Pop() {
@@ -103,14 +105,12 @@ void Translator::EmitComparison(std::size_t position) {
     const std::uint32_t left = FrameSlot(conditionLeft, position);
     const std::uint32_t right = FrameSlot(conditionRight, position + 1);
     const std::uint32_t slot = SlotAt(position);
-    // The orders that make each comparison true: 1 less, 2 equal, 4 greater.
-    constexpr std::uint16_t Orders[6] = {2, 5, 1, 3, 4, 6};
     if (!realComparison) {
-        Emit(FastOp::CompareInt, slot, left, right, Orders[comparison]);
+        Emit(FastOp::CompareInt, slot, left, right, OrdersOf(comparison));
     } else if (comparison < 2) {
         Emit(FastOp::SameReal, slot, left, right, comparison);
     } else {
-        Emit(FastOp::CompareReal, slot, left, right, Orders[comparison]);
+        Emit(FastOp::CompareReal, slot, left, right, OrdersOf(comparison));
     }
 }
 
@@ -126,14 +126,14 @@ std::uint32_t Translator::FrameSlot(Operand& operand, std::size_t position) {
 // Where an operation that picks finds it.
 Translator::Picked Translator::Pick(Operand& operand, std::size_t position) {
     switch (operand.where) {
-        case Operand::Where::Local: return {Place::Frame, LocalSlot(operand.index), false};
-        case Operand::Where::Taken: return {Place::Frame, LocalSlot(operand.index), true};
-        case Operand::Where::Global: return {Place::Global, operand.index * SlotBytes, false};
-        case Operand::Where::Constant: return {Place::Constant, ConstantIndex(operand) * SlotBytes, false};
+        case Operand::Where::Local: return {OperandSpace::Frame, LocalSlot(operand.index), false};
+        case Operand::Where::Taken: return {OperandSpace::Frame, LocalSlot(operand.index), true};
+        case Operand::Where::Global: return {OperandSpace::Global, operand.index * SlotBytes, false};
+        case Operand::Where::Constant: return {OperandSpace::Constant, ConstantIndex(operand) * SlotBytes, false};
         case Operand::Where::Temp:
         case Operand::Where::Condition: break;
     }
-    return {Place::Frame, FrameSlot(operand, position), !Plain(operand.fact)};
+    return {OperandSpace::Frame, FrameSlot(operand, position), !Plain(operand.fact)};
 }
 
 // Whether the next instruction stores the result of this one into a local, and may be done along with it.
@@ -177,7 +177,7 @@ void Translator::SetLocalFact(std::uint32_t local, const Fact& fact) {
 
 Kind Translator::HintKind(const Fact& fact) const {
     if (fact.kind != Kind::Unknown) return fact.kind;
-    return fact.type >= 0 ? program.types.KindOf(fact.type) : Kind::Unknown;
+    return program.types.KindOf(fact.type);
 }
 
 // Whether an operand still stands in a local: then the local's reference may not be taken away.

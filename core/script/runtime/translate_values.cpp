@@ -2,6 +2,7 @@
 #include "core/script/runtime/translator.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace tavrel::core::script {
 
@@ -9,15 +10,30 @@ namespace {
 
 constexpr Kind HandleKinds[3] = {Kind::Object, Kind::Body, Kind::Sound};
 
+// A number that does not fit is none of a native, and may not become one by being cut.
+Native NativeOf(std::uint32_t number) {
+    return static_cast<Native>(std::min<std::uint32_t>(number, std::numeric_limits<std::uint16_t>::max()));
+}
+
 }  // namespace
 
 void Translator::Translate(const Instruction& instruction) {
     const Op op = static_cast<Op>(instruction.op);
-    if (op <= Op::MakeVector && op != Op::MakeVector) return TranslatePush(instruction);
-    if (op >= Op::Pop && op <= Op::StoreGlobal) return TranslateMove(instruction);
-    if (op >= Op::MakeList && op <= Op::NewDict) return TranslateMake(instruction);
-    if (op >= Op::AddInt && op <= Op::NegReal) return TranslateArithmetic(instruction);
     switch (op) {
+        case Op::PushInt:
+        case Op::PushReal:
+        case Op::PushBool:
+        case Op::PushText:
+        case Op::PushNothing:
+        case Op::PushEnum:
+        case Op::PushHandle: return TranslatePush(instruction);
+        case Op::Pop:
+        case Op::Dup:
+        case Op::Dup2:
+        case Op::LoadLocal:
+        case Op::StoreLocal:
+        case Op::LoadGlobal:
+        case Op::StoreGlobal: return TranslateMove(instruction);
         case Op::FieldGet:
         case Op::FieldSet:
         case Op::ListGet:
@@ -25,6 +41,23 @@ void Translator::Translate(const Instruction& instruction) {
         case Op::DictGet:
         case Op::DictSet:
         case Op::ConcatText: return TranslateContainer(instruction);
+        case Op::MakeList:
+        case Op::MakeDict:
+        case Op::MakeRecord:
+        case Op::NewRecord:
+        case Op::NewList:
+        case Op::NewDict: return TranslateMake(instruction);
+        case Op::AddInt:
+        case Op::SubInt:
+        case Op::MulInt:
+        case Op::DivInt:
+        case Op::ModInt:
+        case Op::NegInt:
+        case Op::AddReal:
+        case Op::SubReal:
+        case Op::MulReal:
+        case Op::DivReal:
+        case Op::NegReal: return TranslateArithmetic(instruction);
         case Op::MakeVector:
         case Op::VecGet:
         case Op::VecSet:
@@ -41,7 +74,7 @@ void Translator::Translate(const Instruction& instruction) {
         case Op::JumpIfFalseKeep: return TranslateConditional(false, true, instruction.c);
         case Op::JumpIfTrueKeep: return TranslateConditional(true, true, instruction.c);
         case Op::Call: return TranslateCall(instruction);
-        case Op::CallNative: return TranslateNative(static_cast<Native>(instruction.c), instruction);
+        case Op::CallNative: return TranslateNative(NativeOf(instruction.c), instruction);
         case Op::CallHost: return TranslateHost(instruction);
         case Op::Return: return TranslateReturn(false);
         case Op::ReturnValue: return TranslateReturn(true);
@@ -51,8 +84,8 @@ void Translator::Translate(const Instruction& instruction) {
             ended = true;
             return;
         case Op::ForEachGuard: return TranslateGuard(instruction);
-        default: return;  // a number that is no operation is passed over
     }
+    // A number that is no operation is passed over.
 }
 
 void Translator::TranslatePush(const Instruction& instruction) {
@@ -64,10 +97,11 @@ void Translator::TranslatePush(const Instruction& instruction) {
         case Op::PushBool: return PushConstant(Kind::Bool, instruction.a != 0 ? 1 : 0);
         case Op::PushText:
             if (instruction.c >= texts.size()) return Refuse();
-            return Push({Operand::Where::Constant, instruction.c, {Kind::Text, false, -1, 0}});
+            return Push({Operand::Where::Constant, instruction.c, {Kind::Text, false, {}, 0}});
         case Op::PushEnum: return PushConstant(Kind::Enum, MakeEnum(instruction.b, instruction.c).word);
         case Op::PushHandle: return PushConstant(HandleKinds[std::min<int>(instruction.a, 2)], instruction.c);
-        default: return PushConstant(Kind::Nothing, 0);
+        case Op::PushNothing: return PushConstant(Kind::Nothing, 0);
+        default: return;  // Translate sends no other
     }
 }
 
@@ -96,17 +130,18 @@ void Translator::TranslateMove(const Instruction& instruction) {
         case Op::LoadGlobal:
             if (index >= program.globals.size()) return Refuse();
             return Push({Operand::Where::Global, index, {Kind::Unknown, false, program.globals[index].type, 0}});
-        default: {
+        case Op::StoreGlobal: {
             if (index >= program.globals.size()) return Refuse();
             Operand value = Pop();
             MaterialiseGlobal(index);
             const Picked picked = Pick(value, operands.size());
-            if (picked.place == Place::Frame && Plain(value.fact)) {
+            if (picked.space == OperandSpace::Frame && Plain(value.fact)) {
                 return Emit(FastOp::StoreGlobalPlain, index * SlotBytes, picked.offset, 0);
             }
             return Emit(FastOp::StoreGlobal, index * SlotBytes, picked.offset, 0,
-                        PickFlags(picked.place, PlaceOfB, picked.take, TakeB));
+                        PickFlags(picked.space, SpaceOfB, picked.take, TakeB));
         }
+        default: return;  // Translate sends no other
     }
 }
 
@@ -138,10 +173,10 @@ void Translator::TranslateStoreLocal(std::uint32_t local) {
         Emit(load, LocalSlot(local), 0, ConstantIndex(value) * SlotBytes, drop);
     } else {
         const Picked picked = Pick(value, operands.size());
-        if (drop == 0 && Plain(value.fact) && picked.place == Place::Frame) {
+        if (drop == 0 && Plain(value.fact) && picked.space == OperandSpace::Frame) {
             Emit(FastOp::CopyPlain, LocalSlot(local), picked.offset, 0);
         } else {
-            const std::uint16_t flags = PickFlags(picked.place, PlaceOfB, picked.take, TakeB);
+            const std::uint16_t flags = PickFlags(picked.space, SpaceOfB, picked.take, TakeB);
             Emit(FastOp::Copy, LocalSlot(local), picked.offset, 0, static_cast<std::uint16_t>(flags | drop));
         }
     }

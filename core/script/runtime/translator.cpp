@@ -24,12 +24,12 @@ Fact JoinFacts(const Fact& a, const Fact& b) {
 
 }  // namespace
 
-Translator::Translator(const Program& givenProgram, const PreparedProgram& prepared, std::int32_t function,
+Translator::Translator(const Program& givenProgram, const PreparedProgram& prepared, FunctionId function,
                        const PreparedCode* givenModel, PreparedCode& givenOut)
     : program(givenProgram),
       texts(*prepared.texts),
       recordTypes(prepared.recordTypes),
-      source(givenProgram.functions[static_cast<std::size_t>(function)]),
+      source(givenProgram.At(function)),
       model(givenModel),
       exact(givenModel == nullptr),
       out(givenOut) {
@@ -64,7 +64,7 @@ void Translator::Restart(bool follow) {
     if (following) {
         first.locals.resize(out.locals);
         for (std::size_t i = static_cast<std::size_t>(source.params); i < first.locals.size(); ++i) {
-            first.locals[i] = {Kind::Nothing, true, -1, 0};
+            first.locals[i] = {Kind::Nothing, true, {}, 0};
         }
     }
     states.push_back(std::move(first));

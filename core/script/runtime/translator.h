@@ -22,7 +22,7 @@ namespace tavrel::core::script {
 struct Fact {
     Kind kind = Kind::Unknown;  // proven; Unknown for any
     bool constant = false;      // always that word; only of kinds of one word
-    std::int32_t type = -1;     // as declared somewhere, a hint that nothing unsafe may rest on; -1 for none
+    TypeId type;                // as declared somewhere, a hint that nothing unsafe may rest on
     std::int64_t word = 0;
 
     bool operator==(const Fact&) const = default;
@@ -53,8 +53,8 @@ struct EntryState {
 class Translator {
 public:
     // Makes the fast form beside `model`, the exact one; the exact form when that is null.
-    Translator(const Program& program, const PreparedProgram& prepared, std::int32_t function,
-               const PreparedCode* model, PreparedCode& out);
+    Translator(const Program& program, const PreparedProgram& prepared, FunctionId function, const PreparedCode* model,
+               PreparedCode& out);
 
     // False for code that may not run.
     [[nodiscard]] bool Run();
@@ -76,7 +76,7 @@ private:
         bool popped = false;        // the value that a jump kept was popped on the way
     };
     struct Picked {
-        Place place = Place::Frame;
+        OperandSpace space = OperandSpace::Frame;
         std::uint32_t offset = 0;
         bool take = false;
     };
@@ -135,7 +135,7 @@ private:
     void TranslateContainer(const Instruction& instruction);
     void TranslateElementSet(const Instruction& instruction);
     void TranslateMake(const Instruction& instruction);
-    [[nodiscard]] std::int32_t RecordType(std::uint32_t record) const;
+    [[nodiscard]] TypeId RecordType(std::uint32_t record) const;
     void TranslateCompare(std::uint8_t comparison);
     void KeepConditionForJump();
     void TranslateNot();
@@ -162,7 +162,7 @@ private:
 
     const Program& program;
     const std::vector<Value>& texts;
-    const std::vector<std::int32_t>& recordTypes;
+    const std::vector<TypeId>& recordTypes;
     const Function& source;
     const PreparedCode* model;
     const bool exact;

@@ -77,13 +77,19 @@ struct Value {
 }
 
 // Whether values of a kind refer to an object of the heap.
-[[nodiscard]] inline bool OnHeap(Kind kind) {
+[[nodiscard]] constexpr bool OnHeap(Kind kind) {
     return kind == Kind::Text || (kind >= Kind::List && kind <= Kind::Record);
 }
 
 // How many floats a vector or colour has; 0 for other kinds.
-[[nodiscard]] inline int ComponentCount(Kind kind) {
+[[nodiscard]] constexpr int ComponentCount(Kind kind) {
     return kind == Kind::Vec2 ? 2 : kind == Kind::Vec3 ? 3 : kind == Kind::Color ? 4 : 0;
+}
+
+// Whether two values of a kind are the same exactly when their words are, and order as these do.
+[[nodiscard]] constexpr bool ComparesByWord(Kind kind) {
+    return kind == Kind::Int || kind == Kind::Enum || kind == Kind::Bool ||
+           (kind >= Kind::Object && kind <= Kind::Sound);
 }
 
 }  // namespace tavrel::core::script

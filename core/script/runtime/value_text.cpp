@@ -92,8 +92,10 @@ private:
             case Kind::List:
             case Kind::Dict: return Enter("[", value);
             case Kind::Record: return Enter("{", value);
-            default: return Put("?");
+            case Kind::Unknown:
+            case Kind::Space: break;
         }
+        return Put("?");
     }
 
     bool PutComponents(const char* opening, const Value& value) {

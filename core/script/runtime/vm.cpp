@@ -42,7 +42,7 @@ void Vm::SeedRandom(std::uint64_t seed, std::uint64_t salt) {
 bool Vm::Start() {
     if (started) return true;
     started = true;
-    if (program->initializer < 0) return true;
+    if (!program->initializer) return true;
     Value result;
     const bool good = RunFunction(program->initializer, nullptr, 0, result);
     heap.Drop(result);
@@ -50,15 +50,15 @@ bool Vm::Start() {
 }
 
 bool Vm::RunHook(HookKind hook, const Value* args, int count) {
-    const std::int32_t function = program->hooks[static_cast<std::size_t>(hook)];
-    if (function < 0) return true;
+    const FunctionId function = program->hooks[static_cast<std::size_t>(hook)];
+    if (!function) return true;
     Value result;
     const bool good = RunFunction(function, args, count, result);
     heap.Drop(result);
     return good;
 }
 
-bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value& result) {
+bool Vm::RunFunction(FunctionId function, const Value* args, int count, Value& result) {
     if (!HasFunction(function)) {
         Fail(UnknownFunctionFault);
         return false;
@@ -66,7 +66,7 @@ bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value&
     faulted = false;
     faultMessage.clear();
     faultFunction.clear();
-    faultFile = 0;
+    faultFile = FileId(0);
     faultOffset = 0;
     used = 0;
     if (incomplete) {
@@ -88,7 +88,7 @@ bool Vm::RunFunction(std::int32_t function, const Value* args, int count, Value&
     return false;
 }
 
-Value Vm::DefaultValue(std::int32_t type) {
+Value Vm::DefaultValue(TypeId type) {
     Value value = DefaultAt(type, 0);
     if (std::exchange(starved, false)) {
         heap.Drop(value);
@@ -97,7 +97,7 @@ Value Vm::DefaultValue(std::int32_t type) {
     return value;
 }
 
-Value Vm::DefaultAt(std::int32_t type, int depth) {
+Value Vm::DefaultAt(TypeId type, int depth) {
     const TypeInfo& info = program->types.At(type);
     Value value;
     switch (info.kind) {
@@ -120,9 +120,12 @@ Value Vm::DefaultAt(std::int32_t type, int depth) {
         case Kind::Dict:
             if (Starves(Heap::ObjectCost)) return value;
             return MakeObject(Kind::Dict, static_cast<std::uint32_t>(heap.NewDict()));
-        case Kind::Record: FillRecord(info.index, value, depth); return value;
-        default: return value;
+        case Kind::Record: FillRecord(RecordId(info.index), value, depth); return value;
+        case Kind::Unknown:
+        case Kind::Nothing:
+        case Kind::Space: break;
     }
+    return value;
 }
 
 // Whether the heap lacks the room for a default value; somebody has to turn that into a fault.
@@ -134,9 +137,9 @@ bool Vm::Starves(std::uint64_t more) {
 
 // Leaves `out` at Nothing for a record that the program lacks. At the memory limit fields stay Nothing. In a program
 // that no compiler made a record may hold itself: its default passes any limit.
-void Vm::FillRecord(std::int32_t record, Value& out, int depth) {
-    if (record < 0 || static_cast<std::size_t>(record) >= program->records.size()) return;
-    const std::vector<TypeId>& types = program->records[static_cast<std::size_t>(record)].fieldTypes;
+void Vm::FillRecord(RecordId record, Value& out, int depth) {
+    if (!HasRecord(record)) return;
+    const std::vector<TypeId>& types = program->At(record).fieldTypes;
     if (depth > MaxRecordDepth) starved = true;
     if (starved || Starves(Heap::ObjectCost + Heap::ItemCost * types.size())) return;
     const auto object = static_cast<std::uint32_t>(heap.NewRecord(record, types.size()));
@@ -147,8 +150,8 @@ void Vm::FillRecord(std::int32_t record, Value& out, int depth) {
     out = MakeObject(Kind::Record, object);
 }
 
-bool Vm::NewRecordValue(std::int32_t record, Value& out) {
-    if (record < 0 || static_cast<std::size_t>(record) >= program->records.size()) {
+bool Vm::NewRecordValue(RecordId record, Value& out) {
+    if (!HasRecord(record)) {
         Fail("registro desconhecido");
         return false;
     }
@@ -160,7 +163,7 @@ bool Vm::NewRecordValue(std::int32_t record, Value& out) {
     return false;
 }
 
-Value Vm::NewRecord(std::int32_t record, const Value* fields, int count) {
+Value Vm::NewRecord(RecordId record, const Value* fields, int count) {
     Value value;
     if (!NewRecordValue(record, value)) return value;
     for (std::size_t i = 0; i < static_cast<std::size_t>(std::max(count, 0)) && i < heap.At(value).items.size(); ++i) {
@@ -212,12 +215,12 @@ void Vm::Fail(std::string message) {
     faultMessage = std::move(message);
 }
 
-void Vm::FaultAt(std::int32_t function, std::uint64_t pc, std::string message) {
+void Vm::FaultAt(FunctionId function, std::uint64_t pc, std::string message) {
     if (faulted) return;
     faulted = true;
     faultMessage = std::move(message);
     if (!HasFunction(function)) return;
-    const Function& where = program->functions[static_cast<std::size_t>(function)];
+    const Function& where = program->At(function);
     faultFunction = where.name;
     faultFile = where.file;
     if (pc < where.spans.size()) faultOffset = where.spans[static_cast<std::size_t>(pc)];
@@ -231,8 +234,8 @@ std::string Vm::DescribeFault() const {
     if (!faulted) return {};
     std::string file = "script";
     std::int64_t line = 1;
-    if (faultFile >= 0 && static_cast<std::size_t>(faultFile) < program->sources.size()) {
-        const SourceFile& source = program->sources[static_cast<std::size_t>(faultFile)];
+    if (faultFile && faultFile.Number() < program->sources.size()) {
+        const SourceFile& source = program->At(faultFile);
         file = source.name;
         line = source.At(faultOffset).line;
     }

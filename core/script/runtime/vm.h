@@ -28,7 +28,7 @@ class Vm {
 public:
     // One active call.
     struct Frame {
-        std::int32_t function = 0;
+        FunctionId function;
         std::uint64_t base = 0;  // of local slot 0 on the stack
         std::uint64_t pc = 0;    // of the next instruction, as far as anyone asks: set before calls of any sort
     };
@@ -53,7 +53,7 @@ public:
     Host* host = nullptr;  // the world; null when running without one
     bool faulted = false;
     std::string faultMessage;
-    std::int32_t faultFile = 0;  // into Program::sources
+    FileId faultFile{0};
     std::uint32_t faultOffset = 0;
     std::string faultFunction;
     std::uint64_t budget = 2'000'000;  // instructions allowed for one run
@@ -68,20 +68,20 @@ public:
     // Runs a hook of the module; true at once when the script has none. What the hook returns is dropped.
     [[nodiscard]] bool RunHook(HookKind hook, const Value* args, int count);
     // Clears the last fault and runs one function with a budget of its own. `result` hands over its reference.
-    [[nodiscard]] bool RunFunction(std::int32_t function, const Value* args, int count, Value& result);
+    [[nodiscard]] bool RunFunction(FunctionId function, const Value* args, int count, Value& result);
     // The interpreter: runs a function whose arguments stand on the stack already. On false the run's frames are gone,
     // and the caller clears the stack.
-    [[nodiscard]] bool Execute(std::int32_t function, std::uint64_t argumentCount, Value& result);
+    [[nodiscard]] bool Execute(FunctionId function, std::uint64_t argumentCount, Value& result);
 
     // The default of a type; its reference goes to the caller. Nothing where no default exists, and at the memory
     // limit.
-    [[nodiscard]] Value DefaultValue(std::int32_t type);
+    [[nodiscard]] Value DefaultValue(TypeId type);
     // A record of defaults. False with a fault for an unknown record and at the memory limit.
-    [[nodiscard]] bool NewRecordValue(std::int32_t record, Value& out);
+    [[nodiscard]] bool NewRecordValue(RecordId record, Value& out);
 
     // For hosts: a record whose first `count` fields are the given values, a list of the given items, each retained.
     // Nothing on failure.
-    [[nodiscard]] Value NewRecord(std::int32_t record, const Value* fields, int count);
+    [[nodiscard]] Value NewRecord(RecordId record, const Value* fields, int count);
     [[nodiscard]] Value NewList(const Value* items, int count);
 
     // The member's name; the number where the program has no such member.
@@ -93,7 +93,7 @@ public:
     // Records a fault at the instruction before the top frame's `pc`; the first fault of a run stays.
     void Fail(std::string message);
     // Records a fault at an instruction.
-    void FaultAt(std::int32_t function, std::uint64_t pc, std::string message);
+    void FaultAt(FunctionId function, std::uint64_t pc, std::string message);
     // Where and what the fault is, "<file>:<line>: erro: <message>"; empty without one.
     [[nodiscard]] std::string DescribeFault() const;
 
@@ -112,12 +112,13 @@ private:
     friend struct VmTesting;  // tests look at both forms of the code
 
     void FailMemory();
-    [[nodiscard]] bool HasFunction(std::int32_t function) const {
-        return function >= 0 && static_cast<std::size_t>(function) < program->functions.size();
+    [[nodiscard]] bool HasFunction(FunctionId function) const {
+        return function && function.Number() < program->functions.size();
     }
+    [[nodiscard]] bool HasRecord(RecordId record) const { return record && record.Number() < program->records.size(); }
     [[nodiscard]] bool Starves(std::uint64_t more);
-    [[nodiscard]] Value DefaultAt(std::int32_t type, int depth);
-    void FillRecord(std::int32_t record, Value& out, int depth);
+    [[nodiscard]] Value DefaultAt(TypeId type, int depth);
+    void FillRecord(RecordId record, Value& out, int depth);
 
     bool starved = false;                       // the default value being made lacks memory
     bool incomplete = false;                    // the defaults of the globals alone pass the limit: nothing can run

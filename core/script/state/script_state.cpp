@@ -82,8 +82,11 @@ void StateWriter::WriteAt(const Value& value, int depth) {
         case Kind::List:
         case Kind::Dict:
         case Kind::Record: return WriteContainer(value, depth);
-        default: return out.U8(path.c_str(), 0);
+        case Kind::Unknown:
+        case Kind::Nothing:
+        case Kind::Space: break;
     }
+    out.U8(path.c_str(), 0);
 }
 
 bool StateWriter::Spend(std::uint64_t values) {

@@ -15,26 +15,26 @@ Program SampleProgram() {
     function.name = "f";
     function.params = 1;
     function.locals = 2;
-    function.returnType = -1;
+    function.returnType = TypeId();
     function.code = {{5, 7, 0x1234, 0xDEADBEEF}, {55, 0, 0, 0}};
     program.functions.push_back(function);
     program.integers = {-2};
     program.texts = {"olá"};
-    program.globals = {{"a", 2, GlobalCategory::State, false}, {"b", 3, GlobalCategory::Derived, false}};
-    program.records = {{"R", {"x"}, {3}, -1}};
+    program.globals = {{"a", IntType, GlobalCategory::State, false}, {"b", RealType, GlobalCategory::Derived, false}};
+    program.records = {{"R", {"x"}, {RealType}, {}}};
     program.enums = {{"E", {"UM", "DOIS"}}};
     program.actions = {{"pular", {{"tecla", "espaco", true, {}}}}};
     BehaviourInfo behaviour;
     behaviour.name = "Porta";
     behaviour.fieldNames = {"eu", "dono"};
-    behaviour.fieldTypes = {9, 2};
+    behaviour.fieldTypes = {ObjectType, IntType};
     behaviour.fieldCategories = {GlobalCategory::Derived, GlobalCategory::State};
     behaviour.fieldPublished = {false, false};
     behaviour.fieldPrivate = {false, false};
-    behaviour.hooks[0] = 3;
+    behaviour.hooks[0] = FunctionId(3);
     program.behaviours.push_back(behaviour);
-    program.hooks[4] = 0;
-    program.initializer = 6;
+    program.hooks[4] = FunctionId(0);
+    program.initializer = FunctionId(6);
     return program;
 }
 
@@ -54,10 +54,10 @@ TEST(ProgramDigest, PublishedVariablesAddASection) {
 TEST(ProgramDigest, IgnoresPositionsAndWhatIsDerived) {
     Program program = SampleProgram();
     program.functions[0].spans = {1, 2};
-    program.functions[0].file = 3;
+    program.functions[0].file = FileId(3);
     program.sources.emplace_back("a.tvl", "modulo A");
-    program.reserved[0] = 0;
-    program.behaviours[0].initializer = 4;
+    program.reserved[0] = FunctionId(0);
+    program.behaviours[0].initializer = FunctionId(4);
     EXPECT_EQ(DigestOf(program), DigestOf(SampleProgram()));
 }
 

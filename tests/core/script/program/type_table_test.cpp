@@ -9,10 +9,10 @@ namespace {
 
 TEST(TypeTable, InternsByWhatTellsTypesApart) {
     TypeTable types;
-    std::int32_t list = types.List(IntType);
+    TypeId list = types.List(IntType);
     EXPECT_EQ(types.List(IntType), list);
-    std::int32_t textToReal = types.Dict(TextType, RealType);
-    std::int32_t realToText = types.Dict(RealType, TextType);
+    TypeId textToReal = types.Dict(TextType, RealType);
+    TypeId realToText = types.Dict(RealType, TextType);
     EXPECT_NE(textToReal, realToText);
     EXPECT_EQ(types.Name(textToReal), "dicionario de texto para real");
     EXPECT_EQ(types.Name(types.List(textToReal)), "lista de dicionario de texto para real");
@@ -24,7 +24,7 @@ TEST(TypeTable, InternsByWhatTellsTypesApart) {
 
 TEST(TypeTable, UnknownIdsReadAsTheFailedType) {
     TypeTable types;
-    for (std::int32_t id : {-1, 12, 1000}) EXPECT_EQ(types.Name(id), "?") << id;
+    for (std::int32_t id : {-1, 12, 1000}) EXPECT_EQ(types.Name(TypeId(id)), "?") << id;
 }
 
 TEST(TypeTable, KindsAreWhatTheirRowsSay) {
@@ -37,7 +37,8 @@ TEST(TypeTable, KindsAreWhatTheirRowsSay) {
     std::string comparable;
     std::string ordered;
     std::string reference;
-    for (std::int32_t id = 0; id < static_cast<std::int32_t>(types.Size()); ++id) {
+    for (std::size_t number = 0; number < types.Size(); ++number) {
+        const TypeId id(number);
         comparable += types.Comparable(id) ? '1' : '0';
         ordered += types.Ordered(id) ? '1' : '0';
         reference += types.Reference(id) ? '1' : '0';
@@ -50,7 +51,7 @@ TEST(TypeTable, KindsAreWhatTheirRowsSay) {
 // A name as deep as nested lists may get must not recurse.
 TEST(TypeTable, NamesDeepTypes) {
     TypeTable types;
-    std::int32_t type = IntType;
+    TypeId type = IntType;
     for (int i = 0; i < 100000; ++i) type = types.List(type);
     EXPECT_EQ(types.Name(type).size(), 100000 * 9 + 7);
 }

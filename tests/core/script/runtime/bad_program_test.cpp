@@ -25,13 +25,13 @@ Instruction Make(Op op, int a = 0, int b = 0, std::uint32_t c = 0) {
 Function MakeFunction(std::vector<Instruction> code, std::int32_t locals) {
     code.push_back(Make(Op::Return));
     const std::vector<std::uint32_t> spans(code.size());
-    return {"f", 0, locals, NothingType, std::move(code), spans, 0};
+    return {"f", 0, locals, NothingType, std::move(code), spans, FileId(0)};
 }
 
 std::string FaultOf(const Program& program) {
     Vm vm(program);
     Value result;
-    EXPECT_FALSE(vm.RunFunction(0, nullptr, 0, result));
+    EXPECT_FALSE(vm.RunFunction(FunctionId(0), nullptr, 0, result));
     return vm.faultMessage;
 }
 
@@ -83,8 +83,8 @@ TEST(BadProgram, IsRefused) {
     for (const std::vector<Instruction>& code : codes) {
         Program program;
         program.integers = {1};
-        program.globals.push_back({"g", IntType});
-        program.records.push_back({"R", {"x"}, {IntType}, -1});
+        program.globals.push_back({"g", IntType, GlobalCategory::State, false});
+        program.records.push_back({"R", {"x"}, {IntType}, {}});
         program.functions.push_back(MakeFunction(code, 1));
         EXPECT_EQ(FaultOf(program), Invalid) << ListFunction(program, program.functions[0]);
     }
@@ -101,11 +101,11 @@ TEST(BadProgram, IsRefused) {
 
 TEST(BadProgram, MeetsTheLimitOfMemory) {
     Program endless;  // a record that holds two of itself
-    const std::int32_t type = endless.types.Record(0, "R");
-    endless.records.push_back({"R", {"a", "b"}, {type, type}, -1});
+    const TypeId type = endless.types.Record(0, "R");
+    endless.records.push_back({"R", {"a", "b"}, {type, type}, {}});
     endless.functions.push_back(MakeFunction({Make(Op::NewRecord)}, 0));
     EXPECT_EQ(FaultOf(endless), "o script passou do limite de memoria");
-    endless.globals.push_back({"g", type});
+    endless.globals.push_back({"g", type, GlobalCategory::State, false});
     endless.functions[0].code = {Make(Op::PushNothing), Make(Op::Return)};
     EXPECT_EQ(FaultOf(endless), "o script passou do limite de memoria");
 }
@@ -126,7 +126,7 @@ TEST(BadProgram, IsReadInProportionToItsSize) {
         Vm vm(program);
         vm.budget = budget;
         Value result;
-        EXPECT_EQ(vm.RunFunction(0, nullptr, 0, result), budget > 10);
+        EXPECT_EQ(vm.RunFunction(FunctionId(0), nullptr, 0, result), budget > 10);
     }
 }
 
@@ -165,13 +165,11 @@ void Mutate(std::mt19937& random, Program& program) {
         case 3: instruction.c = static_cast<std::uint32_t>(random() % (function.code.size() + 2)); break;
         case 4: instruction = function.code[random() % function.code.size()]; break;
         case 5: function.locals = static_cast<std::int32_t>(random() % 12); break;
-        case 6: function.returnType = static_cast<std::int32_t>(random() % 4); break;
-        case 7:
-            program.globals[random() % program.globals.size()].type = static_cast<std::int32_t>(random() % 20);
-            break;
+        case 6: function.returnType = TypeId(std::size_t{random() % 4}); break;
+        case 7: program.globals[random() % program.globals.size()].type = TypeId(std::size_t{random() % 20}); break;
         default: {
             RecordInfo& record = program.records[random() % program.records.size()];
-            if (!record.fieldTypes.empty()) record.fieldTypes[0] = static_cast<std::int32_t>(random() % 20);
+            if (!record.fieldTypes.empty()) record.fieldTypes[0] = TypeId(std::size_t{random() % 20});
             if (random() % 4 == 0) record.fieldTypes.pop_back();
         }
     }
@@ -187,7 +185,7 @@ void RunAll(std::mt19937& random, const Program& program) {
     for (std::size_t i = 0; i < 4 * program.functions.size(); ++i) {
         std::vector<Value> args(random() % 4);
         for (Value& value : args) value = host.Any(vm);
-        const auto function = static_cast<std::int32_t>(random() % program.functions.size());
+        const FunctionId function(random() % program.functions.size());
         Value result;
         if (vm.RunFunction(function, args.data(), static_cast<int>(args.size()), result)) vm.heap.Drop(result);
         (void)vm.DescribeFault();

@@ -34,9 +34,9 @@ TEST(Heap, LastReleasedIsFirstReused) {
     EXPECT_EQ(heap.free, (std::vector<std::uint32_t>{4, 3, 1, 0}));
     EXPECT_EQ(heap.At(list).version, 7U);
     EXPECT_EQ(heap.live, 1U);
-    EXPECT_EQ(heap.NewRecord(5, 2), 0);
+    EXPECT_EQ(heap.NewRecord(RecordId(5), 2), 0);
     EXPECT_EQ(heap.NewDict(), 1);
-    EXPECT_EQ(heap.objects[0].record, 5);
+    EXPECT_EQ(heap.objects[0].record, RecordId(5));
     EXPECT_EQ(heap.taken, 7U);
 }
 

@@ -23,7 +23,8 @@ Value NewList(Heap& heap, const std::vector<Value>& items) {
 }
 
 Value NewRecord(Heap& heap, const std::vector<Value>& fields) {
-    const Value record = MakeObject(Kind::Record, static_cast<std::uint32_t>(heap.NewRecord(0, fields.size())));
+    const Value record =
+        MakeObject(Kind::Record, static_cast<std::uint32_t>(heap.NewRecord(RecordId(0), fields.size())));
     std::copy(fields.begin(), fields.end(), heap.At(record).items.begin());
     return record;
 }

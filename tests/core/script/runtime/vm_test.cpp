@@ -31,7 +31,7 @@ class RecordingHost : public Host {
 public:
     bool Call(HostCall& call) override {
         const Vm::Frame& frame = call.vm->frames.back();
-        asked += call.vm->program->functions[static_cast<std::size_t>(frame.function)].name + " ";
+        asked += call.vm->program->At(frame.function).name + " ";
         asked += std::to_string(frame.pc) + "/" + std::to_string(call.vm->used);
         for (std::uint32_t i = 0; i < call.count; ++i) asked += " " + ValueToText(call.vm->heap, call.args[i]);
         asked += ";";
@@ -52,10 +52,10 @@ struct Machine {
         const Value step = MakeReal(0.5F);
         return vm.RunHook(HookKind::Tick, &step, 1);
     }
-    [[nodiscard]] std::int32_t Function(const std::string& name) const {
-        std::int32_t index = 0;
-        while (vm.program->functions[static_cast<std::size_t>(index)].name != name) ++index;
-        return index;
+    [[nodiscard]] FunctionId Function(const std::string& name) const {
+        FunctionId function(0);
+        while (vm.program->At(function).name != name) ++function.value;
+        return function;
     }
     [[nodiscard]] std::string Seen() const {
         std::string seen =
@@ -263,12 +263,12 @@ TEST(VmRuns, GoOnBehindAFault) {
     EXPECT_EQ(machine.vm.DescribeFault() + machine.vm.faultFunction, "");
     EXPECT_EQ(ValueToText(machine.vm.heap, machine.vm.globals[0]), "xx");
     Value result;
-    EXPECT_FALSE(machine.vm.RunFunction(99, nullptr, 0, result));
-    EXPECT_FALSE(machine.vm.RunFunction(-1, nullptr, 0, result));
+    EXPECT_FALSE(machine.vm.RunFunction(FunctionId(99), nullptr, 0, result));
+    EXPECT_FALSE(machine.vm.RunFunction(FunctionId(), nullptr, 0, result));
     EXPECT_EQ(machine.vm.faultMessage, "funcao desconhecida");
     machine.vm.faulted = false;
     machine.vm.faultMessage.clear();
-    EXPECT_FALSE(machine.vm.Execute(0, 1, result));  // the stack is empty
+    EXPECT_FALSE(machine.vm.Execute(FunctionId(0), 1, result));  // the stack is empty
     EXPECT_EQ(machine.vm.faultMessage, "funcao desconhecida");
 }
 
@@ -279,10 +279,10 @@ TEST(VmRuns, HoldSixtyFourFrames) {
     Machine machine(script);
     Value result;
     Value depth = MakeInt(64);
-    EXPECT_TRUE(machine.vm.RunFunction(0, &depth, 1, result));
+    EXPECT_TRUE(machine.vm.RunFunction(FunctionId(0), &depth, 1, result));
     EXPECT_EQ(result.Int(), 64);
     depth = MakeInt(65);
-    EXPECT_FALSE(machine.vm.RunFunction(0, &depth, 1, result));
+    EXPECT_FALSE(machine.vm.RunFunction(FunctionId(0), &depth, 1, result));
     EXPECT_EQ(machine.vm.DescribeFault(),
               "m.tvl:6: erro: chamadas demais encaixadas (64); ha uma funcao que chama a si mesma sem parar");
 }
@@ -422,17 +422,17 @@ fim
 
     const Value list = vm.NewList(vm.globals.data() + 1, 2);
     const Value fields[] = {list, list, list, list};
-    const std::int32_t record = vm.heap.At(vm.globals[0]).record;
+    const RecordId record = vm.heap.At(vm.globals[0]).record;
     EXPECT_EQ(ValueToText(vm.heap, vm.NewRecord(record, fields, 2)),
               "{[cor(255, 255, 255, 255), 8589934592], [cor(255, 255, 255, 255), 8589934592], {[], 0}}");
     EXPECT_EQ(vm.heap.At(list).refs, 3);
     EXPECT_EQ(vm.NewRecord(record, fields, 4).kind, Kind::Record);
     EXPECT_EQ(vm.heap.At(list).refs, 6);
     EXPECT_EQ(vm.NewRecord(record, fields, -1).kind, Kind::Record);
-    EXPECT_EQ(vm.NewRecord(99, fields, 1).kind, Kind::Nothing);
+    EXPECT_EQ(vm.NewRecord(RecordId(99), fields, 1).kind, Kind::Nothing);
     EXPECT_EQ(vm.DescribeFault(), "m.tvl:1: erro: registro desconhecido");
     vm.Fail("outra");
-    vm.faultFile = 1;
+    vm.faultFile = FileId(1);
     EXPECT_EQ(vm.DescribeFault(), "script:1: erro: registro desconhecido");
 }
 
@@ -480,7 +480,7 @@ TEST(VmValues, RecordsOfGivenFields) {
         if (exactly) VmTesting::RunExactly(vm);
         const Value args[] = {NewText(vm, "a"), MakeInt(7)};
         Value result;
-        EXPECT_TRUE(vm.RunFunction(0, args, 2, result)) << vm.DescribeFault();
+        EXPECT_TRUE(vm.RunFunction(FunctionId(0), args, 2, result)) << vm.DescribeFault();
         EXPECT_EQ(ValueToText(vm.heap, result), "{a, 7}");
         EXPECT_EQ(vm.heap.At(result).items.size(), 2U);
     }
@@ -488,11 +488,16 @@ TEST(VmValues, RecordsOfGivenFields) {
 
 TEST(VmRuns, PassOverWhatIsNoOperation) {
     Program program;
-    program.functions.push_back(
-        {"f", 0, 0, 1, {{60, 0, 0, 0}, {255, 1, 1, 1}, {static_cast<std::uint8_t>(Op::Return)}}, {0, 0, 0}, 0});
+    program.functions.push_back({"f",
+                                 0,
+                                 0,
+                                 NothingType,
+                                 {{60, 0, 0, 0}, {255, 1, 1, 1}, {static_cast<std::uint8_t>(Op::Return)}},
+                                 {0, 0, 0},
+                                 {}});
     Vm vm(program);
     Value result;
-    EXPECT_TRUE(vm.RunFunction(0, nullptr, 0, result));
+    EXPECT_TRUE(vm.RunFunction(FunctionId(0), nullptr, 0, result));
     EXPECT_EQ(vm.used, 3U);
 }
 

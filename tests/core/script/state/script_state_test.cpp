@@ -82,10 +82,10 @@ TEST(ScriptState, CutsAtDepth65) {
 
 TEST(ScriptState, NamesFieldsByNumberBeyondTheirRecord) {
     Program program;
-    program.records.push_back({"P", {"a"}, {IntType}, -1});
+    program.records.push_back({"P", {"a"}, {IntType}, {}});
     Heap heap;
     CanonicalWriter writer(true);
-    for (const std::int32_t record : {0, 7}) {
+    for (const RecordId record : {RecordId(0), RecordId(7)}) {
         WriteScriptValue(writer, program, heap, "x",
                          MakeObject(Kind::Record, static_cast<std::uint32_t>(heap.NewRecord(record, 2))));
     }
