@@ -1,6 +1,6 @@
-// Completion: the names that may stand at a place, in the order in which they are found. The client filters and sorts.
+// Completion: the names that may stand at a place. Behind a dotted name these are its members, at any other place all
+// names there are. They come in the order in which they are found: the client filters and sorts.
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <set>
@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "core/script/program/program.h"
-#include "core/script/syntax/parse.h"
 #include "script_lsp/server.h"
 #include "script_lsp/symbols.h"
 
@@ -24,7 +23,6 @@ using core::script::ApiNamespaceField;
 using core::script::ApiParam;
 using core::script::ApiRecord;
 using core::script::ApiValueField;
-using core::script::Diagnostics;
 using core::script::Kind;
 using core::script::Native;
 using core::script::NativeName;
@@ -36,6 +34,8 @@ using core::script::VarDecl;
 
 namespace {
 
+// The words of the language, those that mean something at one place only among them, in the order of the answer. A test
+// asks for every keyword of token.def.
 constexpr const char* Keywords[] = {
     "se",         "senao",     "enquanto",      "para",          "ate",          "passo",
     "escolha",    "caso",      "contrario",     "funcao",        "procedimento", "retorne",
@@ -49,12 +49,12 @@ constexpr const char* Keywords[] = {
 static_assert(std::size(Keywords) == 54);
 
 // The type words whose values have fields.
-struct SimpleType {
+struct BuiltInType {
     std::string_view word;
     Kind kind = Kind::Unknown;
 };
-constexpr SimpleType Simple[] = {{"objeto", Kind::Object}, {"corpo", Kind::Body},  {"som", Kind::Sound},
-                                 {"vetor2", Kind::Vec2},   {"vetor3", Kind::Vec3}, {"cor", Kind::Color}};
+constexpr BuiltInType BuiltInTypes[] = {{"objeto", Kind::Object}, {"corpo", Kind::Body},  {"som", Kind::Sound},
+                                        {"vetor2", Kind::Vec2},   {"vetor3", Kind::Vec3}, {"cor", Kind::Color}};
 
 constexpr std::string_view Input = "entrada";
 
@@ -85,19 +85,19 @@ private:
     std::unordered_set<std::string> seen;
 };
 
-void AddSpaces(const Api& api, ItemList& list) {
-    std::set<std::string> spaces;
+void AddNamespaces(const Api& api, ItemList& list) {
+    std::set<std::string> names;
     for (const ApiFunction& function : api.functions) {
         const std::string_view name = function.name;
-        if (name.find('.') != std::string_view::npos) spaces.insert(UpToPoint(name));
+        if (name.find('.') != std::string_view::npos) names.insert(UpToPoint(name));
     }
-    for (const ApiNamespaceField& field : api.namespaceFields) spaces.insert(UpToPoint(field.space));
-    for (const std::string& space : spaces) list.Add(space, ModuleItem, "");
+    for (const ApiNamespaceField& field : api.namespaceFields) names.insert(UpToPoint(field.space));
+    for (const std::string& name : names) list.Add(name, ModuleItem, "");
     if (HasInput(api)) list.Add(std::string(Input), ModuleItem, "");
 }
 
 void AddWorld(const Api& api, ItemList& list) {
-    AddSpaces(api, list);
+    AddNamespaces(api, list);
     for (const ApiRecord& record : api.records) {
         list.Add(record.name, StructItem, std::string("registro ") + record.name);
     }
@@ -119,7 +119,7 @@ void AddAllNames(const Unit& unit, const Api* api, ItemList& list) {
 }
 
 // Functions and values of a namespace of the world, and the namespaces directly below it.
-void AddSpaceMembers(const Api& api, const std::string& qualifier, ItemList& list) {
+void AddNamespaceMembers(const Api& api, const std::string& qualifier, ItemList& list) {
     const std::string prefix = qualifier + ".";
     for (const ApiFunction& function : api.functions) {
         const std::string_view name = function.name;
@@ -165,24 +165,24 @@ std::string TypeOfName(const Unit& unit, const std::string& name) {
     return type;
 }
 
-void AddWorldFields(const Api& api, const std::string& type, ItemList& list) {
+void AddFieldsOfType(const Api& api, const std::string& type, ItemList& list) {
     for (const ApiRecord& record : api.records) {
         if (type != record.name) continue;
         for (const ApiParam& field : record.fields) list.AddField(field.name, field.type);
     }
-    for (const SimpleType& simple : Simple) {
-        if (simple.word != type) continue;
+    for (const BuiltInType& builtIn : BuiltInTypes) {
+        if (builtIn.word != type) continue;
         for (const ApiValueField& field : api.valueFields) {
-            if (field.kind == simple.kind) list.AddField(field.name, field.type);
+            if (field.kind == builtIn.kind) list.AddField(field.name, field.type);
         }
     }
 }
 
 void AddMembers(const Unit& unit, const Api& api, const std::string& qualifier, ItemList& list) {
-    AddSpaceMembers(api, qualifier, list);
+    AddNamespaceMembers(api, qualifier, list);
     if (HasInput(api)) AddInputMembers(unit, qualifier, list);
     const std::string type = TypeOfName(unit, qualifier);
-    if (!type.empty()) AddWorldFields(api, type, list);
+    if (!type.empty()) AddFieldsOfType(api, type, list);
     for (const auto& record : unit.records) {
         if (record.name != type) continue;
         for (const VarDecl& field : record.fields) list.AddField(field.name, TypeText(unit, field.type));
@@ -194,9 +194,7 @@ void AddMembers(const Unit& unit, const Api& api, const std::string& qualifier, 
 Json Server::Completion(const std::string& uri, Position position) const {
     SourceFile file = FileOf(uri);
     const Word word = WordAt(file.text, OffsetOf(file, position));
-    Diagnostics ignored;
-    Unit unit;
-    static_cast<void>(Parse(std::move(file), ignored, unit));
+    const Unit unit = TreeOf(std::move(file));
     ItemList list;
     if (!word.dotted || word.qualifier.empty()) {
         AddAllNames(unit, api, list);

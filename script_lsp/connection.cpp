@@ -1,3 +1,5 @@
+// The loop of one connection. One message is read, answered and flushed before the next is read, so that a client that
+// waits for an answer always gets it.
 #include "script_lsp/connection.h"
 
 #include <string>

@@ -1,9 +1,8 @@
-// Hover: one line on the word under the cursor, found by its plain name.
-#include <cstddef>
+// Hover: one line on the word under the cursor, found by its name alone, first in the world's table and then among the
+// symbols of the document.
 #include <string>
 #include <utility>
 
-#include "core/script/syntax/parse.h"
 #include "script_lsp/server.h"
 #include "script_lsp/symbols.h"
 
@@ -12,10 +11,8 @@ namespace tavrel::script_lsp {
 using core::Json;
 using core::script::Api;
 using core::script::ApiEnum;
-using core::script::Diagnostics;
 using core::script::SourceFile;
 using core::script::Span;
-using core::script::Unit;
 
 namespace {
 
@@ -63,10 +60,7 @@ std::string WorldText(const Api& api, const Word& word) {
 }
 
 std::string SymbolText(const SourceFile& file, const std::string& name) {
-    Diagnostics ignored;
-    Unit unit;
-    static_cast<void>(Parse(file, ignored, unit));
-    for (Symbol& symbol : Symbols(unit)) {
+    for (Symbol& symbol : Symbols(TreeOf(file))) {
         if (symbol.name == name) return std::move(symbol.detail);
     }
     return {};

@@ -1,3 +1,4 @@
+// Messages as JSON. Members keep the order in which they are set, and that order is part of what the server promises.
 #include "script_lsp/messages.h"
 
 #include <utility>

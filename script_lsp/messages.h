@@ -1,4 +1,4 @@
-// The three shapes of message that the server sends, as JSON texts without their head.
+// The three shapes of message that the server sends, as JSON texts without their header.
 #pragma once
 
 #include <string>
@@ -10,10 +10,10 @@ namespace tavrel::script_lsp {
 // The answer to a request, with the request's own id.
 [[nodiscard]] std::string Reply(const core::Json& id, core::Json result);
 
-// The refusal of a request; the id is null where none could be read.
+// The error that answers a request; the id is null where none could be read.
 [[nodiscard]] std::string Failure(const core::Json& id, int code, const std::string& message);
 
-// A message that nobody asked for and nobody answers.
+// A notification: a message that is no answer and gets none.
 [[nodiscard]] std::string Notify(const std::string& method, core::Json params);
 
 }  // namespace tavrel::script_lsp

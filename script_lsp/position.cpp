@@ -1,3 +1,5 @@
+// Offsets and positions. Both directions find the line first, in the table of the source file, and then walk that one
+// line character by character, told by the lead byte of each.
 #include "script_lsp/position.h"
 
 #include <algorithm>

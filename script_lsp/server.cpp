@@ -1,3 +1,5 @@
+// The methods of the server. A table says which function answers which method and whether that needs an id; what is in
+// no table row is an unknown method. Completion, hover and definition have a file each.
 #include "script_lsp/server.h"
 
 #include <algorithm>
@@ -27,7 +29,7 @@ struct Server::Request {
     Position position;
 };
 
-// A method that needs an id is a request: without one nobody waits for an answer. An empty text is not sent.
+// A method that needs an id is a request: without one there is no answer to send. An empty text is not sent.
 struct Server::Method {
     std::string_view name;
     bool needsId = false;
@@ -185,22 +187,22 @@ SourceFile Server::FileOf(const std::string& uri) const {
     return SourceFile(PathFromUri(uri), text == nullptr ? std::string() : *text);
 }
 
-bool Server::TextOfPath(const std::string& path, std::string& out) const {
-    if (const std::string* text = Document(UriFromPath(path)); text != nullptr) {
-        out = *text;
-        return true;
+bool Server::FindImport(const std::string& folder, const std::string& name, SourceFile& out) const {
+    const std::string path = folder + name + ".tvl";
+    std::string text;
+    if (const std::string* open = Document(UriFromPath(path)); open != nullptr) {
+        text = *open;
+    } else if (!loader || !loader(path, text)) {
+        return false;
     }
-    return loader && loader(path, out);
+    out = SourceFile(path, std::move(text));
+    return true;
 }
 
 std::string Server::Diagnose(const std::string& uri) const {
     const SourceFile file = FileOf(uri);
     const auto findImport = [this, folder = FolderOf(file.name)](const std::string& name, SourceFile& out) {
-        const std::string path = folder + name + ".tvl";
-        std::string text;
-        if (!TextOfPath(path, text)) return false;
-        out = SourceFile(path, std::move(text));
-        return true;
+        return FindImport(folder, name, out);
     };
     Diagnostics diagnostics;
     core::script::Program program;

@@ -59,8 +59,10 @@ private:
     struct Method;
     static const Method Methods[];
 
-    // The current text of a path: that of the open document with its address, else that of the disk.
-    [[nodiscard]] bool TextOfPath(const std::string& path, std::string& out) const;
+    // The file that a document in `folder` imports by that name, with its current text: that of the open document, else
+    // that of the disk. False when there is neither.
+    [[nodiscard]] bool FindImport(const std::string& folder, const std::string& name,
+                                  core::script::SourceFile& out) const;
 
     [[nodiscard]] std::string Initialize(const Request& request);
     [[nodiscard]] std::string Initialized(const Request& request);

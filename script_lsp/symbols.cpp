@@ -1,3 +1,7 @@
+// Symbols and texts out of a syntax tree. The symbols of a script are gathered in one walk over its declarations, in
+// the order that symbols.h promises. Each detail is written straight from the tree and counted before it is kept: the
+// name of a behaviour stands in the detail of everything inside it, so that names alone could otherwise fill the
+// memory.
 #include "script_lsp/symbols.h"
 
 #include <algorithm>
@@ -5,25 +9,32 @@
 #include <string_view>
 #include <utility>
 
+#include "core/script/syntax/parse.h"
+
 namespace tavrel::script_lsp {
 
 using core::script::ApiFunction;
 using core::script::ApiParam;
+using core::script::Diagnostics;
 using core::script::EnumDecl;
 using core::script::FunctionDecl;
+using core::script::FunctionDeclId;
 using core::script::Param;
 using core::script::Section;
+using core::script::SourceFile;
 using core::script::Span;
 using core::script::Tok;
 using core::script::TypeRef;
+using core::script::TypeRefId;
 using core::script::Unit;
 using core::script::VarDecl;
 
 namespace {
 
-void AppendType(const Unit& unit, std::int32_t type, std::string& out) {
-    if (type < 0) return;
-    const TypeRef& ref = unit.types[static_cast<std::size_t>(type)];
+// Recursion ends: the parser bounds how deep types may nest.
+void AppendType(const Unit& unit, TypeRefId type, std::string& out) {
+    if (!type) return;
+    const TypeRef& ref = unit.At(type);
     if (ref.kind == Tok::Lista) {
         out += "lista de ";
         AppendType(unit, ref.element, out);
@@ -61,7 +72,7 @@ public:
 
     std::vector<Symbol> symbols;
 
-    // Once full, nothing more is taken; who makes many details asks before each.
+    // Once full, nothing more is taken. A loop that makes details asks before each, to make none in vain.
     [[nodiscard]] bool Full() const { return detailBytesLeft == 0; }
 
     void Add(const std::string& name, std::string detail, ItemKind kind, Span span) {
@@ -76,9 +87,9 @@ public:
         AddVariables(section.progress, container + "progresso ");
         AddVariables(section.derived, container);
         AddVariables(section.parameters, container + "parametro ");
-        for (const std::int32_t index : section.functions) {
+        for (const FunctionDeclId declared : section.functions) {
             if (Full()) return;
-            const FunctionDecl& function = unit.functions[static_cast<std::size_t>(index)];
+            const FunctionDecl& function = unit.At(declared);
             Add(function.name, container + SignatureOf(unit, function), FunctionItem, function.span);
         }
     }
@@ -119,6 +130,13 @@ std::size_t StartOfWord(const std::string& text, std::size_t place) {
 
 }  // namespace
 
+Unit TreeOf(SourceFile file) {
+    Diagnostics ignored;
+    Unit unit;
+    static_cast<void>(Parse(std::move(file), ignored, unit));
+    return unit;
+}
+
 std::vector<Symbol> Symbols(const Unit& unit) {
     Collector collector(unit);
     collector.Collect(unit.module, "");
@@ -138,7 +156,7 @@ std::vector<Symbol> Symbols(const Unit& unit) {
     return std::move(collector.symbols);
 }
 
-std::string TypeText(const Unit& unit, std::int32_t type) {
+std::string TypeText(const Unit& unit, TypeRefId type) {
     std::string text;
     AppendType(unit, type, text);
     return text;

@@ -36,13 +36,16 @@ struct Symbol {
 // behaviour, so a hostile script could ask for the square of its size.
 inline constexpr std::uint64_t MaxDetailBytes = std::uint64_t{128} * 1024 * 1024;
 
+// The tree of a file, as far as it can be read; what is wrong with it is not reported.
+[[nodiscard]] core::script::Unit TreeOf(core::script::SourceFile file);
+
 // The module's names, then those of behaviours, records, enumerations with their members, actions, and the behaviours
 // themselves. A search takes the first match, so the order is part of the answer. Parameters of functions, locals,
 // record fields, hooks and events are not among them.
 [[nodiscard]] std::vector<Symbol> Symbols(const core::script::Unit& unit);
 
-// A type as the script writes it, with one blank between words; empty for -1.
-[[nodiscard]] std::string TypeText(const core::script::Unit& unit, std::int32_t type);
+// A type as the script writes it, with one blank between words; empty for none.
+[[nodiscard]] std::string TypeText(const core::script::Unit& unit, core::script::TypeRefId type);
 
 // One line for a function of the world.
 [[nodiscard]] std::string ApiSignature(const core::script::ApiFunction& function);

@@ -1,3 +1,5 @@
+// The header is read line by line and only its length is used; a body is read in chunks, so that memory grows with what
+// has arrived and not with what the header announced.
 #include "script_lsp/transport.h"
 
 #include <algorithm>
@@ -9,9 +11,9 @@ namespace tavrel::script_lsp {
 
 namespace {
 
-constexpr std::size_t ChunkBytes = std::size_t{1024} * 1024;
+constexpr std::size_t ChunkBytes = std::size_t{1} << 20U;
 
-// One line without its line end. False when the input ends within it, or when it is too long for a head.
+// One line of the header without its line end. False when the input ends within it, or when it is too long.
 bool ReadLine(std::istream& in, std::string& line) {
     line.clear();
     char letter = 0;
@@ -44,7 +46,7 @@ std::optional<unsigned long long> LengthIn(std::string_view value) {
     return length;
 }
 
-// A length that memory has no room for is found out on the way: no more a fault of ours than a broken head.
+// False also when memory ends on the way: a length that it has no room for ends the connection like a broken header.
 bool ReadBody(std::istream& in, std::size_t length, std::string& body) {
     try {
         while (body.size() < length) {

@@ -1,3 +1,4 @@
+// URIs and paths, byte by byte: an escape stands for one byte, so text beyond ASCII travels as the bytes of its UTF-8.
 #include "script_lsp/uri.h"
 
 #include <cstddef>
@@ -13,7 +14,7 @@ bool IsLetter(char letter) {
     return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
 }
 
-// Stands as it is in an address; "-", ".", "/" and the digits are neighbours.
+// Stands as it is in a URI; "-", ".", "/" and the digits are neighbours in ASCII.
 bool IsPlain(char letter) {
     return IsLetter(letter) || (letter >= '-' && letter <= '9') || letter == '_' || letter == '~';
 }

@@ -1,15 +1,16 @@
-// Between the addresses that a client speaks of and the paths of files, both as UTF-8. Bytes in, bytes out: nothing is
-// looked up, and slashes of either kind stay what the path says.
+// Between the URIs that a client sends and the paths of files, both as UTF-8. Bytes in, bytes out: nothing is looked up
+// on the disk.
 #pragma once
 
 #include <string>
 
 namespace tavrel::script_lsp {
 
-// The path that a "file://" address names, escapes resolved; any other text counts as a path already.
+// The path that a "file://" URI names, escapes resolved; any other text counts as a path already.
 [[nodiscard]] std::string PathFromUri(const std::string& uri);
 
-// The one address that this server gives to a path. Clients may spell the address of the same file in another way.
+// The URI that this server gives to a path, backslashes as slashes. A client may spell the URI of the same file in
+// another way.
 [[nodiscard]] std::string UriFromPath(const std::string& path);
 
 // The part of a path up to and including its last "/", empty without one.
