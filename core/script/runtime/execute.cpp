@@ -446,7 +446,7 @@ bool Interpreter::Loop(const PreparedCode* code, std::uint64_t first, Value& res
             CASE(CompareAny) {
                 Value& a = PICK(SpaceOfB, ip->b);
                 Value& b = PICK(SpaceOfC, ip->c);
-                const bool truth = Compare(a, b, ip->flags >> ComparisonShift);
+                const bool truth = Compare(a, b, static_cast<Comparison>(ip->flags >> ComparisonShift));
                 DROP_TAKEN(TakeB, a);
                 DROP_TAKEN(TakeC, b);
                 SET_BOOL(ip->a, truth);

@@ -63,15 +63,16 @@ bool Interpreter::FailText(const std::string& text) {
     return false;
 }
 
-bool Interpreter::Compare(const Value& a, const Value& b, unsigned comparison) const {
-    if (comparison < 2) return SameValue(vm.heap, a, b) == (comparison == 0);
-    const std::int32_t order = CompareValues(vm.heap, a, b);
+bool Interpreter::Compare(const Value& a, const Value& b, Comparison comparison) const {
     switch (comparison) {
-        case 2: return order < 0;
-        case 3: return order <= 0;
-        case 4: return order > 0;
-        default: return order >= 0;
+        case Comparison::Equal: return SameValue(vm.heap, a, b);
+        case Comparison::NotEqual: return !SameValue(vm.heap, a, b);
+        case Comparison::Less: return CompareValues(vm.heap, a, b) < 0;
+        case Comparison::LessEqual: return CompareValues(vm.heap, a, b) <= 0;
+        case Comparison::Greater: return CompareValues(vm.heap, a, b) > 0;
+        case Comparison::GreaterEqual: return CompareValues(vm.heap, a, b) >= 0;
     }
+    return false;
 }
 
 // A new text of both. With `mayTake`, `left` is a reference of the caller's that is dropped anyway: when it is the last

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "core/script/program/comparison.h"
 #include "core/script/runtime/prepared.h"
 #include "core/script/runtime/vm.h"
 
@@ -44,7 +45,7 @@ private:
     [[nodiscard]] bool FailIndex(std::size_t size, std::int64_t index);
     [[nodiscard]] bool FailInvalid();
     [[nodiscard]] bool FailText(const std::string& text);
-    [[nodiscard]] bool Compare(const Value& a, const Value& b, unsigned comparison) const;
+    [[nodiscard]] bool Compare(const Value& a, const Value& b, Comparison comparison) const;
     [[nodiscard]] bool Concat(Value& left, const Value& right, bool mayTake, Value& out);
     [[nodiscard]] bool DictGet(const Value& dict, const Value& key, Value& out);
     [[nodiscard]] bool DictSet(Value* dict);

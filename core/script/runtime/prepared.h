@@ -41,7 +41,7 @@ inline constexpr std::uint16_t TakeC = 1U << 7U;
 inline constexpr std::uint16_t TakeA = 1U << 8U;
 inline constexpr std::uint16_t DropOld = 1U << 9U;    // the destination may own a reference
 inline constexpr std::uint16_t CleanAll = 1U << 10U;  // of a return: the whole frame is to be dropped
-inline constexpr std::uint16_t ComparisonShift = 11;  // of CompareAny: 0 to 5
+inline constexpr std::uint16_t ComparisonShift = 11;  // of CompareAny: the Comparison
 
 // The flags that tell the space of one picked operand, and whether it is to be taken.
 [[nodiscard]] inline std::uint16_t PickFlags(OperandSpace space, int shift, bool take, std::uint16_t takeFlag) {

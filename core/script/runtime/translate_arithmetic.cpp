@@ -4,7 +4,7 @@
 #include <bit>
 #include <limits>
 
-#include "core/script/runtime/comparison.h"
+#include "core/script/runtime/comparison_orders.h"
 
 namespace tavrel::core::script {
 
@@ -145,11 +145,12 @@ void Translator::TranslateVector(const Instruction& instruction) {
     PushResult({ComponentCount(HintKind(first.fact)) > 0 ? HintKind(first.fact) : Kind::Vec3, false, {}, 0});
 }
 
-void Translator::TranslateCompare(std::uint8_t wanted) {
+void Translator::TranslateCompare(std::uint8_t number) {
     Operand right = Pop();
     Operand left = Pop();
     if (!good) return;
-    if (wanted >= ComparisonCount) return Refuse();
+    if (!IsComparison(number)) return Refuse();
+    const auto wanted = static_cast<Comparison>(number);
     if (IsConstant(left, Kind::Int) && IsConstant(right, Kind::Int)) {
         const int order = left.fact.word < right.fact.word ? 1 : left.fact.word == right.fact.word ? 2 : 4;
         return PushConstant(Kind::Bool, (OrdersOf(wanted) & order) != 0 ? 1 : 0);
@@ -168,7 +169,7 @@ void Translator::TranslateCompare(std::uint8_t wanted) {
     const Picked c = Pick(right, operands.size() + 1);
     const unsigned flags = static_cast<unsigned>(PickFlags(b.space, SpaceOfB, b.take, TakeB)) |
                            static_cast<unsigned>(PickFlags(c.space, SpaceOfC, c.take, TakeC)) |
-                           static_cast<unsigned>(wanted) << ComparisonShift;
+                           static_cast<unsigned>(number) << ComparisonShift;
     Emit(FastOp::CompareAny, SlotAt(operands.size()), b.offset, c.offset, static_cast<std::uint16_t>(flags));
     PushTemp({Kind::Bool, false, {}, 0});
 }
@@ -183,7 +184,7 @@ void Translator::KeepConditionForJump() {
 void Translator::TranslateNot() {
     if (operands.empty()) return Refuse();
     if (operands.back().where == Operand::Where::Condition) {
-        comparison = OppositeOf(comparison);
+        comparison = Opposite(comparison);  // also of a NaN, which compares as equal here
         return KeepConditionForJump();
     }
     Operand operand = Pop();

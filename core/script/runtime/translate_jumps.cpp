@@ -1,7 +1,7 @@
 // Jumps: where they really lead, which of them are followed instead of taken, and how they are counted.
 #include <limits>
 
-#include "core/script/runtime/comparison.h"
+#include "core/script/runtime/comparison_orders.h"
 #include "core/script/runtime/translator.h"
 
 namespace tavrel::core::script {
@@ -181,7 +181,7 @@ void Translator::EmitBranch(bool truth, Operand& condition, std::size_t position
 }
 
 void Translator::EmitComparisonBranch(bool truth, std::size_t position) {
-    std::uint8_t wanted = truth ? comparison : OppositeOf(comparison);
+    Comparison wanted = truth ? comparison : Opposite(comparison);
     std::size_t leftPosition = position;
     std::size_t rightPosition = position + 1;
     const Kind kind = realComparison ? Kind::Real : Kind::Int;
@@ -192,14 +192,14 @@ void Translator::EmitComparisonBranch(bool truth, std::size_t position) {
     if (immediate(conditionLeft) && !immediate(conditionRight)) {
         std::swap(conditionLeft, conditionRight);
         std::swap(leftPosition, rightPosition);
-        wanted = MirroredOf(wanted);
+        wanted = Mirrored(wanted);
     }
     const std::uint32_t left = FrameSlot(conditionLeft, leftPosition);
     const bool number = immediate(conditionRight);
     const std::uint32_t right =
         number ? static_cast<std::uint32_t>(conditionRight.fact.word) : FrameSlot(conditionRight, rightPosition);
     FastOp op = loopCheck ? FastOp::LoopEqualInt : FastOp::JumpEqualInt;
-    op = Later(op, (realComparison ? 12 : 0) + (number ? 6 : 0) + wanted);
+    op = Later(op, (realComparison ? 12 : 0) + (number ? 6 : 0) + static_cast<int>(wanted));
     Emit(op, 0, left, right);
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/script/runtime/comparison.h"
+#include "core/script/runtime/comparison_orders.h"
 
 namespace tavrel::core::script {
 
@@ -107,8 +107,8 @@ void Translator::EmitComparison(std::size_t position) {
     const std::uint32_t slot = SlotAt(position);
     if (!realComparison) {
         Emit(FastOp::CompareInt, slot, left, right, OrdersOf(comparison));
-    } else if (comparison < 2) {
-        Emit(FastOp::SameReal, slot, left, right, comparison);
+    } else if (comparison == Comparison::Equal || comparison == Comparison::NotEqual) {
+        Emit(FastOp::SameReal, slot, left, right, comparison == Comparison::NotEqual ? 1 : 0);
     } else {
         Emit(FastOp::CompareReal, slot, left, right, OrdersOf(comparison));
     }

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/script/program/comparison.h"
 #include "core/script/program/program.h"
 #include "core/script/runtime/natives.h"
 #include "core/script/runtime/prepared.h"
@@ -136,7 +137,7 @@ private:
     void TranslateElementSet(const Instruction& instruction);
     void TranslateMake(const Instruction& instruction);
     [[nodiscard]] TypeId RecordType(std::uint32_t record) const;
-    void TranslateCompare(std::uint8_t comparison);
+    void TranslateCompare(std::uint8_t number);
     void KeepConditionForJump();
     void TranslateNot();
     void TranslateCall(const Instruction& instruction);
@@ -197,7 +198,7 @@ private:
     std::size_t placed = 0;  // so many operands from the bottom are known to stand in their slots
     Operand conditionLeft;
     Operand conditionRight;
-    std::uint8_t comparison = 0;  // of the Condition: 0 "==", 1 "!=", 2 "<", 3 "<=", 4 ">", 5 ">="
+    Comparison comparison = Comparison::Equal;  // of the Condition
     bool realComparison = false;
     std::int32_t fusedLocal = -1;  // local into which the result of this instruction goes
 };

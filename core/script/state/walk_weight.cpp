@@ -26,9 +26,8 @@ bool HoldsValues(Kind kind) {
 }  // namespace
 
 const std::string* FieldName(const Program& program, const HeapObject& record, std::size_t field) {
-    const auto index = static_cast<std::size_t>(record.record);
-    if (record.record < 0 || index >= program.records.size()) return nullptr;
-    const std::vector<std::string>& names = program.records[index].fieldNames;
+    if (!record.record || record.record.Number() >= program.records.size()) return nullptr;
+    const std::vector<std::string>& names = program.At(record.record).fieldNames;
     return field < names.size() ? &names[field] : nullptr;
 }
 
