@@ -38,9 +38,8 @@ std::size_t RangeOfC(const Program& program, const Function& function, Op op) {
 
 // The initial values come from all sources, a function from its own.
 std::size_t LongestText(const Program& program, const Function& function) {
-    const bool initial =
-        program.initializer >= 0 && &function == &program.functions[static_cast<std::size_t>(program.initializer)];
-    if (!initial) return program.sources[static_cast<std::size_t>(function.file)].text.size();
+    const bool initial = program.initializer && &function == &program.At(program.initializer);
+    if (!initial) return program.At(function.file).text.size();
     std::size_t longest = 0;
     for (const SourceFile& source : program.sources) longest = std::max(longest, source.text.size());
     return longest;

@@ -12,6 +12,7 @@ namespace tavrel::fuzz {
 namespace {
 
 using namespace core::script;
+using core::Index;
 
 void CheckTokens(const SourceFile& source, const TokenList& list) {
     std::uint32_t last = 0;
