@@ -3,11 +3,7 @@
 
 #include <utility>
 
-#include "core/script/compiler/declare/behaviours.h"
-#include "core/script/compiler/declare/functions.h"
-#include "core/script/compiler/declare/globals.h"
-#include "core/script/compiler/declare/prelude.h"
-#include "core/script/compiler/declare/types.h"
+#include "core/script/compiler/declare/declare.h"
 #include "core/script/compiler/permissions/permissions.h"
 #include "core/script/compiler/permissions/reserved_functions.h"
 #include "core/script/compiler/translate/functions.h"
@@ -17,20 +13,6 @@
 namespace tavrel::core::script {
 
 namespace {
-
-// Every name of the script and its world. Faults found here would only cause others in the code.
-Declarations Declare(Compiler& compiler) {
-    Declarations declarations;
-    Prelude(compiler, declarations);
-    const std::vector<RecordId> records = CollectTypes(compiler, declarations);
-    ResolveRecords(compiler, declarations, records);
-    CollectActions(compiler, declarations);
-    CollectGlobals(compiler, declarations);
-    CollectBehaviours(compiler, declarations);
-    AddFunctions(compiler, declarations);
-    CheckReservedFunctions(compiler, declarations);
-    return declarations;
-}
 
 // What each declared function may do.
 std::vector<Permits> PermitFunctions(Compiler& compiler, const Declarations& declarations) {
@@ -59,6 +41,8 @@ bool Compile(std::vector<Unit> units, Diagnostics& diagnostics, Program& program
     program.name = compiler.Main().module.name;
     for (const Unit& unit : compiler.units) program.sources.push_back(unit.source);
     const Declarations declarations = Declare(compiler);
+    CheckReservedFunctions(compiler, declarations);
+    // Faults in declarations would only cause others in the code.
     if (diagnostics.errors != 0) return false;
     Translate(compiler, declarations, PermitFunctions(compiler, declarations));
     if (diagnostics.errors != 0) return false;
