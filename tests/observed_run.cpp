@@ -11,6 +11,7 @@
 #include "core/script/runtime/vm.h"
 #include "core/script/state/script_state.h"
 #include "core/script/world/world_api.h"
+#include "core/sha256.h"
 
 namespace tavrel::core::script {
 
@@ -130,9 +131,13 @@ std::string ObservedRun(const Program& program, bool exactly) {
     vm.SeedRandom(1, 0);
     if (exactly) VmTesting::RunExactly(vm);
     const Value step = MakeReal(0.25F);
+    std::string last;
     const auto note = [&](bool) {
-        seen += vm.DescribeFault() + vm.faultFunction + std::to_string(vm.faultOffset) + " " + std::to_string(vm.used) +
-                " " + std::to_string(vm.heap.live) + " " + std::to_string(vm.heap.bytes) + "\n";
+        const std::string line = vm.DescribeFault() + vm.faultFunction + std::to_string(vm.faultOffset) + " " +
+                                 std::to_string(vm.used) + " " + std::to_string(vm.heap.live) + " " +
+                                 std::to_string(vm.heap.bytes) + "\n";
+        if (line != last) seen += line;
+        last = line;
     };
     note(vm.Start());
     const auto runHooks = [&](std::initializer_list<HookKind> hooks) {
@@ -150,7 +155,7 @@ std::string ObservedRun(const Program& program, bool exactly) {
     if (!vm.frames.empty() || vm.stack.Size() != 0) seen += "operands or frames left behind\n";
     core::CanonicalWriter writer(false);
     WriteScriptState(vm, writer, "script");
-    return seen + writer.failure + std::string(writer.bytes.begin(), writer.bytes.end());
+    return seen + writer.failure + core::ToHex(core::HashSha256(writer.bytes.data(), writer.bytes.size())) + "\n";
 }
 
 }  // namespace tavrel::tests

@@ -1,4 +1,4 @@
-// Imports: what is loaded, in which order, and what is reported against which file.
+// How files are gathered, where the program itself does not show it.
 #include <gtest/gtest.h>
 
 #include "tests/core/script/compiler/compile_support.h"
@@ -10,36 +10,6 @@ std::string Importing(const std::string& module, const std::vector<std::string>&
     std::string text = "modulo " + module + "\n";
     for (const std::string& name : imports) text += "importar \"" + name + "\"\n";
     return text;
-}
-
-std::string SourceNames(const Program& program) {
-    std::string names;
-    for (const SourceFile& source : program.sources) names += source.name + " ";
-    return names;
-}
-
-TEST(Build, LoadsEachFileOnceInOrderOfFirstMention) {
-    Compiled compiled =
-        CompileScript(Importing("A", {"b", "c", "b"}),
-                      {{"b", Importing("B", {"d"})}, {"c", Importing("C", {"d"})}, {"d", Importing("D", {})}});
-    EXPECT_TRUE(compiled.good) << compiled.reports;
-    EXPECT_EQ(SourceNames(compiled.program), "m.tvl b.tvl d.tvl c.tvl ");
-}
-
-TEST(Build, NamesThatFoldAlikeAreOneFile) {
-    Compiled compiled = CompileScript(Importing("A", {"ação", "acao"}), {{"ação", Importing("B", {})}});
-    EXPECT_TRUE(compiled.good) << compiled.reports;
-    EXPECT_EQ(compiled.program.sources.size(), 2U);
-}
-
-TEST(Build, AMissingImportStopsNoOther) {
-    Compiled compiled = CompileScript(Importing("A", {"sumiu", "b"}), {{"b", "modulo B\nfim\n"}});
-    EXPECT_FALSE(compiled.good);
-    EXPECT_EQ(compiled.reports,
-              "m.tvl:2:10: erro: nao achei o arquivo \"sumiu\"\n"
-              "  ele fica em scripts/, com a extensao .tvl\n"
-              "b.tvl:2:1: erro: esperava uma declaracao, e veio \"fim\"\n");
-    EXPECT_TRUE(compiled.program.sources.empty());
 }
 
 TEST(Build, StopsLoadingWhenNothingMoreCanBeReported) {

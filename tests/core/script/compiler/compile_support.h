@@ -48,17 +48,4 @@ inline Compiled CompileScript(const std::string& text, const std::map<std::strin
     return result;
 }
 
-// One piece of a script and what comes of it.
-struct Case {
-    std::string source;
-    std::string expected;
-};
-
-// Compiles each source between `before` and `after`, and compares the reports.
-inline void ExpectReports(const std::string& before, const std::string& after, const std::vector<Case>& cases) {
-    for (const Case& test : cases) {
-        EXPECT_EQ(CompileScript(before + test.source + after).reports, test.expected) << test.source;
-    }
-}
-
 }  // namespace tavrel::core::script
