@@ -49,7 +49,7 @@ TEST(Parse, ATypeTextIsOneType) {
     Diagnostics diagnostics;
     Unit unit;
     EXPECT_TRUE(Parse(SourceFile("t", "modulo M"), diagnostics, unit));
-    std::int32_t type = -1;
+    TypeRefId type;
     EXPECT_TRUE(ParseTypeText("dicionario de texto para lista de Corpo", unit, diagnostics, type));
     EXPECT_FALSE(ParseTypeText("inteiro real", unit, diagnostics, type));
     EXPECT_EQ(unit.source.name, "t");
