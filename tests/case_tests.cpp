@@ -1,7 +1,12 @@
-// Every folder cases/<construct>/<case>/ is a test: its scripts, `args` with one command line a line, and what must
-// come out, `stdout`, `stderr` (no such file: nothing printed) and `code`, one exit code a line. Under `after/` stand
-// the scripts that the tool rewrites, as it leaves them. With UPDATE_CASES=1 in the environment the expectations are
-// rewritten from what the tool says; read that diff as if it were code.
+// Every folder cases/<construct>/<case>/ is a test: its scripts, and `session`, what a user types and sees there:
+//
+//     $ ARGUMENTS   the tool is started with them; double quotes keep blanks inside a word and make an empty one
+//     | TEXT        a line of standard output, byte for byte; "|~TEXT" one that does not end
+//     ! TEXT        a line of standard error
+//     = CODE        how it ended, where that is not 0
+//
+// Under `after/` stand the scripts that the tool rewrites, as it leaves them. With UPDATE_CASES=1 in the environment
+// what the tool says is written down; read that diff as if it were code.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,8 +27,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::vector<std::string> Results{"stdout", "stderr", "code", "after"};
-
 std::vector<fs::path> Cases() {
     std::vector<fs::path> cases;
     for (const auto& construct : fs::directory_iterator(TAVREL_CASES)) {
@@ -41,7 +44,6 @@ std::string NameOf(const testing::TestParamInfo<fs::path>& info) {
     return name;
 }
 
-// Words apart by blanks; double quotes keep blanks inside a word and make an empty one.
 std::vector<std::string> SplitLine(const std::string& line) {
     std::vector<std::string> words;
     bool quoted = false;
@@ -65,7 +67,7 @@ std::vector<std::string> SplitLine(const std::string& line) {
 void CopyScripts(const fs::path& from, const fs::path& to) {
     for (const auto& entry : fs::directory_iterator(from)) {
         const std::string name = entry.path().filename().string();
-        if (name == "args" || std::find(Results.begin(), Results.end(), name) != Results.end()) continue;
+        if (name == "session" || name == "after") continue;
         fs::copy(entry.path(), to / name, fs::copy_options::recursive);
     }
 }
@@ -82,58 +84,53 @@ Files FilesIn(const fs::path& folder) {
     return files;
 }
 
-struct Outcome {
-    std::string out;
-    std::string err;
-    std::string codes;
-    Files changed;
-};
-
-Outcome RunLines(const fs::path& folder) {
-    const TemporaryFolder copy;
-    CopyScripts(folder, copy.path);
-    const Files before = FilesIn(copy.path);
-    Outcome outcome;
-    std::istringstream lines(ReadFile(folder / "args"));
-    for (std::string line; std::getline(lines, line);) {
-        const Finished finished = RunTool(SplitLine(line), copy.path);
-        EXPECT_EQ(finished.signal, 0) << line;
-        outcome.out += finished.out;
-        outcome.err += finished.err;
-        outcome.codes += std::to_string(finished.code) + "\n";
+std::string Marked(const std::string& mark, const std::string& text) {
+    std::string lines;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = text.find('\n', at);
+        const std::string line = text.substr(at, end - at);
+        lines += mark + (end == std::string::npos ? "~" : line.empty() ? "" : " ") + line + "\n";
+        at = end == std::string::npos ? text.size() : end + 1;
     }
-    for (const auto& [name, content] : FilesIn(copy.path)) {
-        const auto found = before.find(name);
-        if (found == before.end() || found->second != content) outcome.changed[name] = content;
-    }
-    return outcome;
+    return lines;
 }
 
-void Store(const fs::path& file, const std::string& content) {
-    if (content.empty()) {
-        fs::remove(file);
-    } else {
-        WriteFile(file, content);
+// The session as it should be, with what the tool really says.
+std::string Play(const std::string& session, const fs::path& folder) {
+    std::string written;
+    std::istringstream lines(session);
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.starts_with("$ ")) continue;
+        const Finished finished = RunTool(SplitLine(line.substr(2)), folder);
+        EXPECT_EQ(finished.signal, 0) << line;
+        written += line + "\n" + Marked("|", finished.out) + Marked("!", finished.err);
+        if (finished.code != 0) written += "= " + std::to_string(finished.code) + "\n";
     }
+    return written;
 }
 
 class CaseTest : public testing::TestWithParam<fs::path> {};
 
-TEST_P(CaseTest, PrintsWhatIsExpected) {
+TEST_P(CaseTest, GoesAsWritten) {
     const fs::path& folder = GetParam();
-    const Outcome outcome = RunLines(folder);
+    const TemporaryFolder copy;
+    CopyScripts(folder, copy.path);
+    const Files before = FilesIn(copy.path);
+    const std::string session = ReadFile(folder / "session");
+    const std::string written = Play(session, copy.path);
+    Files changed = FilesIn(copy.path);
+    std::erase_if(changed, [&before](const auto& file) {
+        const auto found = before.find(file.first);
+        return found != before.end() && found->second == file.second;
+    });
     if (std::getenv("UPDATE_CASES") != nullptr) {
-        Store(folder / "stdout", outcome.out);
-        Store(folder / "stderr", outcome.err);
-        Store(folder / "code", outcome.codes);
+        WriteFile(folder / "session", written);
         fs::remove_all(folder / "after");
-        if (!outcome.changed.empty()) fs::create_directory(folder / "after");
-        for (const auto& [name, content] : outcome.changed) WriteFile(folder / "after" / name, content);
+        if (!changed.empty()) fs::create_directory(folder / "after");
+        for (const auto& [name, content] : changed) WriteFile(folder / "after" / name, content);
     }
-    EXPECT_EQ(outcome.err, ReadFile(folder / "stderr"));
-    EXPECT_EQ(outcome.out, ReadFile(folder / "stdout"));
-    EXPECT_EQ(outcome.codes, ReadFile(folder / "code"));
-    EXPECT_EQ(outcome.changed, FilesIn(folder / "after"));
+    EXPECT_EQ(written, ReadFile(folder / "session"));
+    EXPECT_EQ(changed, FilesIn(folder / "after"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Scripts, CaseTest, testing::ValuesIn(Cases()), NameOf);

@@ -139,10 +139,9 @@ std::string TablesOf(const Program& program) {
     text += "\n";
     for (const BehaviourInfo& info : program.behaviours) {
         text += "behaviour " + info.name;
-        for (int number :
-             {info.parameterCount, info.stateFirst, info.stateCount, info.ownerField, info.record, info.initializer}) {
-            text += " " + std::to_string(number);
-        }
+        const std::int32_t numbers[] = {info.parameterCount, info.stateFirst, info.stateCount,
+                                        info.ownerField,     info.record,     info.initializer};
+        for (const std::int32_t number : numbers) text += " " + std::to_string(number);
         text += "\n" + FieldsOf(program, info);
     }
     for (const auto& event : program.events)

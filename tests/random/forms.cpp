@@ -1,7 +1,10 @@
 #include "tests/random/forms.h"
 
 #include <cstddef>
+#include <fstream>
+#include <sstream>
 #include <string_view>
+#include <utility>
 
 namespace tavrel::tests {
 
@@ -20,192 +23,41 @@ constexpr const char* Scalars[] = {"logico",    "vetor2",      "cor",  "Categori
                                    "Andarilho", "TipoContato", "Chao", "Agua",      "camera"};
 constexpr const char* Records[] = {"Ponto", "Linha", "Contato", "Acerto", "Andarilho", "Chao", "Agua", "camera"};
 
-constexpr std::uint32_t Tick = 0x10;
-constexpr std::uint32_t Frame = 0x20;
-constexpr std::uint32_t Shown = 0xE0;   // frame, draw, camera
-constexpr std::uint32_t Draws = 0xC10;  // where lots are drawn: tick, touch, release
-constexpr std::uint32_t Inputs = 0x30;
-
-const std::vector<Form> Forms = {
-    {"inteiro", "{inteiro} + {inteiro}"},
-    {"inteiro", "({inteiro} - {inteiro})"},
-    {"inteiro", "({inteiro}) % 1000 * (({inteiro}) % 100)"},
-    {"inteiro", "({inteiro}) / (abs({inteiro}) + 1)"},
-    {"inteiro", "({inteiro}) % (abs({inteiro}) + 7)"},
-    {"inteiro", "-({inteiro})"},
-    {"inteiro", "abs({inteiro})"},
-    {"inteiro", "inteiro(limitar({real}, -1000.5, 1000.5)) + inteiro({inteiro})"},
-    {"inteiro", "inteiro_de_texto({texto}, {inteiro})"},
-    {"inteiro", "maior({inteiro}, {inteiro})"},
-    {"inteiro", "menor({inteiro}, {inteiro})"},
-    {"inteiro", "limitar({inteiro}, -3, {inteiro})"},
-    {"inteiro", "desce(({inteiro}) % 9)"},
-    {"inteiro", "tamanho({texto})"},
-    {"inteiro", "tamanho({lista de $})"},
-    {"inteiro", "{=lista de $}.tamanho()"},
-    {"inteiro", "{=lista de $}.posicao_de({$})"},
-    {"inteiro", "tamanho({dicionario de @k para @v})"},
-    {"inteiro", "{=dicionario de @k para @v}.tamanho()"},
-    {"inteiro", "{=Linha}.fim_dela.peso - {=Ponto}.peso"},
-    {"inteiro", "eventos.chegada.quantos", Frame},
-    {"inteiro", "aleatorio(-2, ({inteiro}) % 100)", Draws},
-    {"inteiro", "{inteiro} * {inteiro}", 0, Use::Risky},
-    {"inteiro", "({inteiro}) / ({inteiro})", 0, Use::Risky},
-    {"inteiro", "7 % ({inteiro})", 0, Use::Risky},
-    {"inteiro", "inteiro({real})", 0, Use::Risky},
-    {"real", "{real} + {real}"},
-    {"real", "({real} - {real} * 0.5)"},
-    {"real", "limitar({real}, -100, 100) * {real}"},
-    {"real", "({real}) / (abs({real}) + 0.5)"},
-    {"real", "3 * ({real}) + -2"},
-    {"real", "{=real} + {=real} * limitar({real}, -2, 2)"},
-    {"real", "{=real} - {=real} * limitar({real}, -2, 2)"},
-    {"real", "limitar({real}, -2, 2) * {=real} - {=real}"},
-    {"real", "-({real})"},
-    {"real", "real({inteiro}) / 8 + real({real})"},
-    {"real", "real_de_texto({texto}, {real})"},
-    {"real", "abs({real})"},
-    {"real", "piso({real}) + teto({real})"},
-    {"real", "arredondar({real})"},
-    {"real", "raiz(abs({real}) + 2)"},
-    {"real", "potencia(limitar({real}, 0.5, 9), 2)"},
-    {"real", "exp(menor({real}, 3))"},
-    {"real", "log(abs({real}) + 1)"},
-    {"real", "seno({real}) - cosseno({real})"},
-    {"real", "tangente(PI / 5 + {=real} * 0)"},
-    {"real", "arco_seno(seno({real}))"},
-    {"real", "arco_cosseno(limitar({real}, -1, 1))"},
-    {"real", "arco_tangente({real}) * arco_tangente2({real}, {real})"},
-    {"real", "maior({real}, 1) + menor(2, {=real})"},
-    {"real", "limitar({real}, {real}, {real})"},
-    {"real", "interpolar({real}, {real}, 0.25)"},
-    {"real", "distancia({vetor2}, {vetor2}) + distancia({vetor3}, {vetor3})"},
-    {"real", "distancia_plana({vetor3}, {vetor3}) - distancia_plana({vetor2}, {vetor2})"},
-    {"real", "comprimento({vetor3}) + comprimento({vetor2}) + comprimento({cor})"},
-    {"real", "{=vetor3}.z + {=vetor2}.x"},
-    {"real", "{=cor}.g"},
-    {"real", "{=Ponto}.lugar.y"},
-    {"real", "{=Andarilho}.altura * 0.5"},
-    {"real", "eventos.nota.valor", Shown},
-    {"real", "aleatorio()", Draws},
-    {"real", "aleatorio_real({real}, 2)", Draws},
-    {"real", "entrada.andar.valor", Inputs, Use::World},
-    {"real", "raiz({real}) + log({real})", 0, Use::Risky},
-    {"real", "exp({real}) * arco_seno({real})", 0, Use::Risky},
-    {"logico", "{inteiro} < {inteiro}"},
-    {"logico", "{inteiro} >= {inteiro}"},
-    {"logico", "{real} > {real}"},
-    {"logico", "{texto} <= {texto}"},
-    {"logico", "{texto} == {texto}"},
-    {"logico", "{vetor3} != {vetor3}"},
-    {"logico", "{vetor2} == {vetor2}"},
-    {"logico", "{cor} == {cor}"},
-    {"logico", "{Rumo} == {Rumo}"},
-    {"logico", "{objeto} != {objeto} ou {corpo} == {corpo} ou {som} == {som}"},
-    {"logico", "({logico}) == ({logico})"},
-    {"logico", "{logico} e {logico}"},
-    {"logico", "({logico} ou {logico})"},
-    {"logico", "nao {logico}"},
-    {"logico", "nao ({logico}) e {Categoria} == MUSICA"},
-    {"logico", "tamanho({=lista de $}) > 0 e texto({&}[0]) != {texto}"},
-    {"logico", "contem({texto}, {texto})"},
-    {"logico", "contem({lista de $}, {$})"},
-    {"logico", "contem({=dicionario de @k para @v}, {@k})"},
-    {"logico", "{=lista de $}.remover_valor({$})"},
-    {"logico", "{=dicionario de @k para @v}.remover({@k})"},
-    {"logico", "{=Andarilho}.no_chao ou {=Contato}.tipo == SEGUE"},
-    {"logico", "eventos.chegada.chegou", Frame},
-    {"logico", "{=Contato}.a.existe e {logico}", 0, Use::World},
-    {"logico", "entrada.pular.apertado", Inputs, Use::World},
-    {"logico", "entrada({inteiro}).pular.pressionado e entrada.andar.solto", Inputs, Use::World},
-    {"texto", "{texto} + \"+\""},
-    {"texto", "curto({texto} + {texto})"},
-    {"texto", "curto(texto({$}))"},
-    {"texto", "curto(texto({dicionario de @k para @v}) + texto({logico}))"},
-    {"texto", "curto(formatar(\"{{}} e {{}}\", {$}, {logico}))"},
-    {"texto", "curto(formatar({texto}) + formatar(\"[{{}}]\", {lista de $}))"},
-    {"texto", "curto(formatar({texto} + \"{{}}{{}}\", {inteiro}))", 0, Use::Risky},
-    {"texto", "{=Ponto}.nome"},
-    {"vetor2", "vetor2({real}, {real})"},
-    {"vetor2", "{vetor2} - {vetor2}"},
-    {"vetor2", "({vetor2} + {vetor2}) * 0.5"},
-    {"vetor2", "-normalizar({vetor2})"},
-    {"vetor2", "interpolar({vetor2}, {vetor2}, {real})"},
-    {"vetor3", "vetor3({real}, 2, {real})"},
-    {"vetor3", "{vetor3} + {vetor3}"},
-    {"vetor3", "({vetor3} - {vetor3})"},
-    {"vetor3", "({vetor3}) * limitar({real}, -4, 4)"},
-    {"vetor3", "({vetor3}) / (abs({real}) + 0.5)"},
-    {"vetor3", "-({vetor3})"},
-    {"vetor3", "interpolar({vetor3}, {vetor3}, 0.5)"},
-    {"vetor3", "normalizar({vetor3} + vetor3(0.5, 1.5, 0))"},
-    {"vetor3", "{=Ponto}.lugar"},
-    {"vetor3", "{=Andarilho}.pes"},
-    {"cor", "cor({real}, {real}, 0.5)"},
-    {"cor", "cor({real}, 10, 20, {real}) - {cor}"},
-    {"cor", "interpolar({cor}, {cor}, {real})"},
-    {"corpo", "{=Contato}.a"},
-    {"TipoContato", "{=Contato}.tipo"},
-    {"Ponto", "copiar({Ponto})"},
-    {"Ponto", "{=Linha}.fim_dela"},
-    {"Linha", "copiar({Linha})"},
-    {"lista de Linha", "{=Linha}.vizinhas"},
-    {"Andarilho", "copiar({Andarilho})"},
-    {"$", "[{$}, {$}][limitar({inteiro}, 0, 1)]"},
-    {"$", "{=lista de $}[{inteiro}]", 0, Use::Risky},
-    {"@v", "{=dicionario de @k para @v}.obter({@k}, {@v})"},
-    {"@v", "[{@k}: {@v}].obter({@k}, {@v})"},
-    {"@v", "{=dicionario de @k para @v}[{@k}]", 0, Use::Risky},
-    {"lista de $", "[{$}, {$}, {$}]"},
-    {"lista de $", "[{$},]"},
-    {"lista de $", "copiar({lista de $})"},
-    {"lista de @k", "{=dicionario de @k para @v}.chaves()"},
-    {"lista de @v", "{=dicionario de @k para @v}.valores()"},
-    {"lista de texto", "dividir({texto}, \",\")"},
-    {"lista de texto", "dividir({texto}, {texto})"},
-    {"dicionario de @k para @v", "[{@k}: {@v}, {@k}: {@v}]"},
-    {"dicionario de @k para @v", "copiar({dicionario de @k para @v})"},
-    {"", "{=lista de $}.adicionar({$})"},
-    {"", "{=lista de $}.adicionar({$})"},
-    {"", "{=lista de $}.inserir(0, {$})"},
-    {"", "se {=lista de $}.tamanho() > 0 entao {&}.remover(0) fim"},
-    {"", "{=lista de $}.remover_valor({$})"},
-    {"", "{=lista de $}.inverter()"},
-    {"", "{=lista de $}.limpar()"},
-    {"", "{=lista de inteiro}.ordenar()"},
-    {"", "{=lista de real}.ordenar()"},
-    {"", "{=lista de texto}.ordenar()"},
-    {"", "se tamanho({!lista de $}) > 0 entao {&}[0] = {$} fim"},
-    {"", "se tamanho({!lista de vetor3}) > 0 entao {&}[0].y = {real} fim"},
-    {"", "se tamanho({!lista de Linha}) > 0 entao {&}[0].fim_dela.lugar.x = {real} senao {&} = {lista de Linha} fim"},
-    {"", "{=dicionario de @k para @v}.definir({@k}, {@v})"},
-    {"", "{!dicionario de @k para @v}[{@k}] = {@v}"},
-    {"", "{=dicionario de @k para @v}.remover({@k})"},
-    {"", "{=dicionario de @k para @v}.limpar()"},
-    {"", "se contem({!dicionario de Rumo para vetor3}, SUL) entao {&}[SUL].x = {real} fim"},
-    {"", "{!vetor2}.z = {real}"},
-    {"", "{!vetor3}.y = 2"},
-    {"", "{!cor}.a = {real}"},
-    {"", "{!Ponto}.peso = {inteiro}"},
-    {"", "{!Ponto}.lugar.x = {real}"},
-    {"", "{!Ponto}.nome = {texto}"},
-    {"", "{!Linha}.fim_dela = {Ponto}"},
-    {"", "{!Linha}.fim_dela.lugar.z = {real}"},
-    {"", "{=Linha}.vizinhas.adicionar(novo_Linha())"},
-    {"", "{=Linha}.vizinhas.adicionar({Linha})", 0, Use::Risky},
-    {"", "{!Andarilho}.pes.x = {real}"},
-    {"", "{!lista de $}[{inteiro}] = {$}", 0, Use::Risky},
-    {"", "{=lista de $}.remover({inteiro})", 0, Use::Risky},
-    {"", "eventos.chegada.emitir({inteiro})", Tick},
-    {"", "eventos.nota.emitir({real})", Tick},
-    {"", "entrada.comprar.enviar({real})", Frame, Use::World},
-};
+constexpr std::pair<std::string_view, std::uint32_t> HooksByWord[] = {
+    {"tick", 0x10}, {"frame", 0x20}, {"shown", 0xE0}, {"draws", 0xC10}, {"inputs", 0x30}};
 
 std::string Replaced(std::string text, std::string_view mark, std::string_view by) {
     for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + by.size())) {
         text.replace(at, mark.size(), by);
     }
     return text;
+}
+
+// A line "TYPE | FORM | WHERE" of the file `forms`.
+Form FormOf(const std::string& line) {
+    const std::size_t first = line.find("| ");
+    const std::size_t second = line.find(" | ", first + 2);
+    Form form;
+    if (first > 0) form.result = line.substr(0, first - 1);
+    form.text = line.substr(first + 2, second == std::string::npos ? second : second - first - 2);
+    std::istringstream words(second == std::string::npos ? "" : line.substr(second + 3));
+    for (std::string word; words >> word;) {
+        for (const auto& [name, hooks] : HooksByWord) {
+            if (word == name) form.hooks = hooks;
+        }
+        if (word == "world") form.use = Use::World;
+        if (word == "risky") form.use = Use::Risky;
+    }
+    return form;
+}
+
+std::vector<Form> ReadForms() {
+    std::vector<Form> forms;
+    std::ifstream file(TAVREL_FORMS);
+    for (std::string line; std::getline(file, line);) {
+        if (!line.starts_with('#')) forms.push_back(FormOf(line));
+    }
+    return forms;
 }
 
 std::string WithElement(const std::string& text, const char* element) {
@@ -230,7 +82,8 @@ const std::vector<std::string>& AllTypes() {
 }
 
 const std::vector<Form>& AllForms() {
-    return Forms;
+    static const std::vector<Form> forms = ReadForms();
+    return forms;
 }
 
 std::string LiteralOf(RandomNumbers& numbers, const std::string& type) {
@@ -259,18 +112,16 @@ std::string LiteralOf(RandomNumbers& numbers, const std::string& type) {
 }
 
 void AddBound(RandomNumbers& numbers, const Form& form, const std::string& type, std::vector<std::string>& texts) {
-    const std::string result = form.result;
-    const std::string text = form.text;
-    if (result.find('$') != std::string::npos) {
+    if (form.result.find('$') != std::string::npos) {
         for (const char* element : Elements) {
-            if (WithElement(result, element) == type) texts.push_back(WithElement(text, element));
+            if (WithElement(form.result, element) == type) texts.push_back(WithElement(form.text, element));
         }
-    } else if (result.find('@') != std::string::npos) {
+    } else if (form.result.find('@') != std::string::npos) {
         for (const Pair& pair : Pairs) {
-            if (WithPair(result, pair) == type) texts.push_back(WithPair(text, pair));
+            if (WithPair(form.result, pair) == type) texts.push_back(WithPair(form.text, pair));
         }
-    } else if (result == type) {
-        texts.push_back(WithPair(WithElement(text, numbers.OneOf(Elements)), numbers.OneOf(Pairs)));
+    } else if (form.result == type) {
+        texts.push_back(WithPair(WithElement(form.text, numbers.OneOf(Elements)), numbers.OneOf(Pairs)));
     }
 }
 

@@ -1,6 +1,7 @@
-// What random scripts are made of, as data: the types, and for each type the ways to write a value of it. A form is
-// text with holes: "{type}" takes any expression of that type, "{=type}" a variable or another value that a dot or an
-// index may follow, "{!type}" a variable that may be written here, "{&}" the last variable again, and "{{}}" stands for
+// What random scripts are made of, as data: the types, and for each type the ways to write a value of it, which
+// stand in the file `forms`. A form is text with holes: "{type}" takes any expression of that type, "{=type}" a
+// variable or another value that a dot or an index may follow, "{!type}" a variable that may be written here, "{&}" the
+// last variable again, and "{{}}" stands for
 // "{}". "$" is any type that lists hold, "@k" and "@v" are key and value of a dictionary, the same throughout a form.
 #pragma once
 
@@ -20,8 +21,8 @@ enum class Use : std::uint8_t {
 };
 
 struct Form {
-    const char* result = "";
-    const char* text = "";
+    std::string result;
+    std::string text;
     std::uint32_t hooks = 0;  // the hooks it is valid in, bit k for HookKind k; 0 for all and outside of them
     Use use = Use::Safe;
 };
