@@ -3,13 +3,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "tests/hostile_scripts.h"
 #include "tests/process.h"
 #include "tests/temporary_folder.h"
 
@@ -27,6 +26,33 @@ constexpr int Load(int size) {
     return Sanitized ? size / 20 : size;
 }
 constexpr ProcessLimits Limits = Sanitized ? ProcessLimits{300, 0} : ProcessLimits{20, 1UL << 20};
+
+std::string Repeat(const std::string& text, int times) {
+    std::string result;
+    for (int i = 0; i < times; ++i) result += text;
+    return result;
+}
+
+// The text with each part in braces `count` times: "#" in it is its number from 0 on, "@" the number behind that.
+std::string Expand(const std::string& pattern, int count) {
+    std::string text;
+    for (std::size_t at = 0; at < pattern.size();) {
+        const std::size_t open = std::min(pattern.find('{', at), pattern.size());
+        const std::size_t close = std::min(pattern.find('}', open), pattern.size());
+        text.append(pattern, at, open - at);
+        for (int number = 0; number < count && open < pattern.size(); ++number) {
+            for (std::size_t i = open + 1; i < close; ++i) {
+                if (pattern[i] == '#' || pattern[i] == '@') {
+                    text += std::to_string(pattern[i] == '#' ? number : number + 1);
+                } else {
+                    text += pattern[i];
+                }
+            }
+        }
+        at = close + 1;
+    }
+    return text;
+}
 
 int CountReports(const std::string& text) {
     int count = 0;
@@ -110,13 +136,13 @@ TEST(BadInput, EveryByteIsRead) {
 
 struct NestingRow {
     const char* name;
-    std::function<std::string(int)> make;  // nests this many levels
+    const char* pattern;  // behind the line of the module
 };
 
 class Nesting : public testing::TestWithParam<NestingRow> {};
 
 TEST_P(Nesting, IsReportedOnce) {
-    const Finished finished = CheckText(GetParam().make(Load(1'000'000)));
+    const Finished finished = CheckText(Expand("modulo M\n"s + GetParam().pattern, Load(1'000'000)));
     EXPECT_EQ(finished.signal, 0);
     EXPECT_EQ(finished.code, 1);
     EXPECT_EQ(CountReports(finished.err), 1) << finished.err.substr(0, 2000);
@@ -125,37 +151,28 @@ TEST_P(Nesting, IsReportedOnce) {
 }
 
 TEST_P(Nesting, CompilesAtTwoHundredLevels) {
-    const Finished finished = CheckText(GetParam().make(200));
+    const Finished finished = CheckText(Expand("modulo M\n"s + GetParam().pattern, 200));
     EXPECT_EQ(finished.err, "");
     EXPECT_EQ(finished.code, 0);
 }
 
-std::string NestedList(int levels) {
-    return NestedValue(Repeat("lista de ", levels) + "inteiro", "[", "1", "]", levels);
-}
-std::string NestedDictionary(int levels) {
-    return NestedValue(Repeat("dicionario de inteiro para ", levels) + "inteiro", "[1: ", "1", "]", levels);
-}
-std::string NestedType(const std::string& word, int levels) {
-    return "modulo M\nx: " + Repeat(word, levels) + "inteiro\n";
-}
-
+#define IN_PROCEDURE(text) "procedimento p(a: logico, n: inteiro)\n" text "\nfim\n"
 const NestingRow NestingRows[] = {
-    {"Parentheses", [](int levels) { return NestedValue("inteiro", "(", "1", ")", levels); }},
-    {"Minus", [](int levels) { return NestedValue("inteiro", "-", "1", "", levels); }},
-    {"Not", [](int levels) { return NestedValue("logico", "nao ", "falso", "", levels); }},
-    {"Calls", [](int levels) { return NestedValue("inteiro", "abs(", "1", ")", levels); }},
-    {"Conversions", [](int levels) { return NestedValue("inteiro", "inteiro(", "1", ")", levels); }},
-    {"RightOperands", [](int levels) { return NestedValue("inteiro", "1 + (", "1", ")", levels); }},
-    {"Lists", NestedList},
-    {"Dictionaries", NestedDictionary},
-    {"ListTypes", [](int levels) { return NestedType("lista de ", levels); }},
-    {"DictionaryTypes", [](int levels) { return NestedType("dicionario de inteiro para ", levels); }},
-    {"If", [](int levels) { return NestedStatement("se a\n", "fim\n", levels); }},
-    {"IfOnOneLine", [](int levels) { return NestedStatement("se a ", "fim ", levels); }},
-    {"IfInElse", [](int levels) { return NestedStatement("se a\nsenao\n", "fim\n", levels); }},
-    {"For", [](int levels) { return NestedStatement("para i de 1 ate 2\n", "fim\n", levels); }},
-    {"Switch", [](int levels) { return NestedStatement("escolha n\ncaso 1\n", "fim\n", levels); }},
+    {"Parentheses", "constante A: inteiro = {(}1{)}\n"},
+    {"Minus", "constante A: inteiro = {-}1\n"},
+    {"Not", "constante A: logico = {nao }falso\n"},
+    {"Calls", "constante A: inteiro = {abs(}1{)}\n"},
+    {"Conversions", "constante A: inteiro = {inteiro(}1{)}\n"},
+    {"RightOperands", "constante A: inteiro = {1 + (}1{)}\n"},
+    {"Lists", "constante A: {lista de }inteiro = {[}1{]}\n"},
+    {"Dictionaries", "constante A: {dicionario de inteiro para }inteiro = {[1: }1{]}\n"},
+    {"ListTypes", "x: {lista de }inteiro\n"},
+    {"DictionaryTypes", "x: {dicionario de inteiro para }inteiro\n"},
+    {"If", IN_PROCEDURE("{se a\n}n = 1\n{fim\n}")},
+    {"IfOnOneLine", IN_PROCEDURE("{se a }n = 1\n{fim }")},
+    {"IfInElse", IN_PROCEDURE("{se a\nsenao\n}n = 1\n{fim\n}")},
+    {"For", IN_PROCEDURE("{para i de 1 ate 2\n}n = 1\n{fim\n}")},
+    {"Switch", IN_PROCEDURE("{escolha n\ncaso 1\n}n = 1\n{fim\n}")},
 };
 
 INSTANTIATE_TEST_SUITE_P(Rows, Nesting, testing::ValuesIn(NestingRows), NameOf<NestingRow>);
@@ -173,7 +190,8 @@ TEST(BadInput, NestingThatNeverClosesIsReportedOnce) {
 
 struct SizeRow {
     const char* name;
-    std::function<std::string()> make;
+    std::string pattern;  // behind the line of the module
+    int count;
     int reports;  // how many come out; -1 for at least one
     std::string saying;
 };
@@ -181,7 +199,7 @@ struct SizeRow {
 class Size : public testing::TestWithParam<SizeRow> {};
 
 TEST_P(Size, IsHandled) {
-    const Finished finished = CheckText(GetParam().make());
+    const Finished finished = CheckText(Expand("modulo M\n" + GetParam().pattern, GetParam().count));
     const std::string start = finished.err.substr(0, 2000);
     EXPECT_EQ(finished.signal, 0);
     EXPECT_EQ(finished.code, GetParam().reports == 0 ? 0 : 1) << start;
@@ -191,35 +209,64 @@ TEST_P(Size, IsHandled) {
     EXPECT_NE(finished.err.find(GetParam().saying), std::string::npos) << start;
 }
 
+// Records of which each holds all those before it.
+std::string RecordsInRecords(int count) {
+    std::string text;
+    std::string fields;
+    for (int index = 0; index < count; ++index) {
+        const std::string name = std::to_string(index);
+        text.append("registro R").append(name).append("\n").append(fields).append("fim\n");
+        fields.append("c").append(name).append(": R").append(name).append("\n");
+    }
+    return text;
+}
+
+#define CHAIN(text)                                                                                          \
+    "registro No\nmais: lista de No\nn: inteiro\nfim\nfuncao no(): No\nx: No\nretorne x\nfim\nprocedimento " \
+    "p(a: No)\n" text ".n = 1\nfim\n"
+// With one parameter more than the count.
+#define WIDE "procedimento muitos(a: inteiro{, a#: inteiro})\nfim\nao encerrar\nmuitos(0{, #})\nfim\n"
+constexpr const char* Locals = "procedimento p()\n{v#: R\n}fim\n";
+const std::string ThousandFields = "registro R\n" + Expand("{c#: inteiro = 1\n}", 1'000) + "fim\n";
+const std::string Ladder =
+    "estado\ntotal: inteiro\nfim\nprocedimento f0()\ntotal = 1\nfim\n"
+    "{procedimento f@()\nf#()\nfim\n}a cada tick (passo: real)\nf" +
+    std::to_string(Load(50'000)) + "()\nfim\n";
+
 const SizeRow SizeRows[] = {
-    {"Sum", [] { return LongSum("inteiro", "1", "+", Load(100'000)); }, 0, ""},
-    {"Logic", [] { return LongSum("logico", "falso", "ou", Load(100'000)); }, 0, ""},
-    {"FieldsAndIndices", [] { return LongChain("a", ".mais[0]", Load(100'000)); }, 0, ""},
-    {"CallsOfCalls", [] { return LongChain("no()", "()", Load(100'000)); }, -1, "isto nao e uma funcao"},
-    {"Branches", [] { return ManyBranches(Load(20'000)); }, 0, ""},
-    {"Ladder", [] { return CallLadder(Load(50'000)); }, 0, ""},
-    {"Constants", [] { return Numbered("constante A# = #\n", Load(100'000)); }, 0, ""},
-    {"Records", [] { return Numbered("registro R#\na: lista de R#\nfim\n", Load(100'000)); }, 0, ""},
-    {"Actions", [] { return Numbered("acao a#\n", Load(100'000)); }, 0, ""},
-    {"Behaviours", [] { return Numbered("comportamento C#\nestado\nx: inteiro\nfim\nfim\n", Load(50'000)); }, 0, ""},
-    {"Undeclared", [] { return Numbered("constante A#: inteiro = b#\n", Load(100'000)); }, 25, "nao foi declarada"},
-    {"MissingImports", [] { return Numbered("importar \"x#\"\n", Load(100'000)); }, 25, "nao achei o arquivo"},
-    {"LongName", [] { return "modulo M\nconstante " + Repeat("a", Load(5'000'000)) + " = 1\n"; }, 0, ""},
-    {"LongText", [] { return "modulo M\nconstante A = \"" + Repeat("é", Load(5'000'000)) + "\"\n"; }, 0, ""},
-    {"LongLine", [] { return "modulo M\nconstante A = 1" + Repeat(" ", Load(5'000'000)) + "@\n"; }, 1, "nao e usado"},
-    {"TallList", [] { return TallList(250, Load(100'000) / 250); }, 0, ""},
-    {"LongList", [] { return TallList(Load(100'000), 0); }, 1, "uma lista escrita no codigo cabe ate 255 elementos"},
-    {"ManyParametersThatFit", [] { return WideCall(255, false); }, 0, ""},
-    {"TooManyParameters", [] { return WideCall(300, false); }, 1, "tem argumentos demais\n  cabem ate 255\n"},
-    {"ParametersThatFitBesideTheInstance", [] { return WideCall(254, true); }, 0, ""},
-    {"TooManyParametersBesideTheInstance", [] { return WideCall(255, true); }, 1, "num comportamento cabem ate 254\n"},
-    {"LastEnumOutOfReach", [] { return UseOfLastEnum(70'000); }, 1, "ha enumeracoes demais"},
-    {"LastEnumInReach", [] { return UseOfLastEnum(65'000); }, 0, ""},
-    {"DefaultsThatFit", [] { return RepeatedDefaults(1'000, 1'000); }, 0, ""},
-    {"TooManyDefaults", [] { return RepeatedDefaults(1'000, 1'500); }, 1, "geram codigo demais neste programa"},
-    {"RecordsInManyRecords", [] { return RecordsInRecords(300); }, 0, ""},
-    {"RecordsInTooManyRecords", [] { return RecordsInRecords(600); }, 1, "ha registros demais uns dentro dos outros"},
-    {"LoopOutOfReach", [] { return LoopBehindLocals(66'000); }, 1, "esta funcao tem variaveis demais"},
+    {"Sum", "constante A: inteiro = 1{ + 1}\n", Load(100'000), 0, ""},
+    {"Logic", "constante A: logico = falso{ ou falso}\n", Load(100'000), 0, ""},
+    {"FieldsAndIndices", CHAIN("a{.mais[0]}"), Load(100'000), 0, ""},
+    {"CallsOfCalls", CHAIN("no(){()}"), Load(100'000), -1, "isto nao e uma funcao"},
+    {"Branches",
+     "funcao f(n: inteiro): inteiro\nse n < 0\nretorne -1\n{senao se n == #\nretorne 1\n}fim\nretorne 0\nfim\n",
+     Load(20'000), 0, ""},
+    {"Ladder", Ladder, Load(50'000), 0, ""},
+    {"Constants", "{constante A# = #\n}", Load(100'000), 0, ""},
+    {"Records", "{registro R#\na: lista de R#\nfim\n}", Load(100'000), 0, ""},
+    {"Actions", "{acao a#\n}", Load(100'000), 0, ""},
+    {"Behaviours", "{comportamento C#\nestado\nx: inteiro\nfim\nfim\n}", Load(50'000), 0, ""},
+    {"Undeclared", "{constante A#: inteiro = b#\n}", Load(100'000), 25, "nao foi declarada"},
+    {"MissingImports", "{importar \"x#\"\n}", Load(100'000), 25, "nao achei o arquivo"},
+    {"LongName", "constante {a} = 1\n", Load(5'000'000), 0, ""},
+    {"LongText", "constante A = \"{é}\"\n", Load(5'000'000), 0, ""},
+    {"LongLine", "constante A = 1{ }@\n", Load(5'000'000), 1, "nao e usado"},
+    {"TallList", "constante A: lista de inteiro = [\n{#," + Repeat("\n", Load(100'000) / 250) + "\n}]\n", 250, 0, ""},
+    {"LongList", "constante A: lista de inteiro = [{#,}]\n", Load(100'000), 1,
+     "uma lista escrita no codigo cabe ate 255 elementos"},
+    {"ManyParametersThatFit", WIDE, 254, 0, ""},
+    {"TooManyParameters", WIDE, 299, 1, "tem argumentos demais\n  cabem ate 255\n"},
+    {"ParametersThatFitBesideTheInstance", "comportamento C\n" WIDE "fim\n", 253, 0, ""},
+    {"TooManyParametersBesideTheInstance", "comportamento C\n" WIDE "fim\n", 254, 1,
+     "num comportamento cabem ate 254\n"},
+    {"LastEnumOutOfReach", "{enumeracao E# = M#\n}constante A: E69999 = M69999\n", 70'000, 1, "ha enumeracoes demais"},
+    {"LastEnumInReach", "{enumeracao E# = M#\n}constante A: E64999 = M64999\n", 65'000, 0, ""},
+    {"DefaultsThatFit", ThousandFields + Locals, 1'000, 0, ""},
+    {"TooManyDefaults", ThousandFields + Locals, 1'500, 1, "geram codigo demais neste programa"},
+    {"RecordsInManyRecords", RecordsInRecords(300), 0, 0, ""},
+    {"RecordsInTooManyRecords", RecordsInRecords(600), 0, 1, "ha registros demais uns dentro dos outros"},
+    {"LoopOutOfReach", "procedimento p(l: lista de inteiro)\n{x#: inteiro\n}para cada item em l\nfim\nfim\n", 66'000, 1,
+     "esta funcao tem variaveis demais"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Rows, Size, testing::ValuesIn(SizeRows), NameOf<SizeRow>);

@@ -28,7 +28,6 @@ namespace {
 
 using namespace core::script;
 
-constexpr std::uint64_t Budget = 20'000;
 constexpr std::uint64_t MemoryLimit = 4'000'000;
 constexpr int Ticks = 3;
 
@@ -120,22 +119,24 @@ void RunReserved(Vm& vm, const Value& real) {
 
 }  // namespace
 
-std::string ObservedRun(const Program& program, bool exactly) {
+std::string ObservedRun(const Program& program, bool exactly, std::uint64_t budget) {
     Vm vm(program);
     World world;
     std::string seen;
     vm.print = [&seen](const std::string& text) { seen += text + "\n"; };
     vm.host = &world;
-    vm.budget = Budget;
+    vm.budget = budget;
     vm.heap.limit = MemoryLimit;
     vm.SeedRandom(1, 0);
     if (exactly) VmTesting::RunExactly(vm);
     const Value step = MakeReal(0.25F);
     std::string last;
     const auto note = [&](bool) {
-        const std::string line = vm.DescribeFault() + vm.faultFunction + std::to_string(vm.faultOffset) + " " +
-                                 std::to_string(vm.used) + " " + std::to_string(vm.heap.live) + " " +
-                                 std::to_string(vm.heap.bytes) + "\n";
+        const std::string fault =
+            vm.faulted ? vm.DescribeFault() + " in " + vm.faultFunction + " at " + std::to_string(vm.faultOffset) + "\n"
+                       : "";
+        const std::string line = fault + "used " + std::to_string(vm.used) + ", live " + std::to_string(vm.heap.live) +
+                                 ", bytes " + std::to_string(vm.heap.bytes) + "\n";
         if (line != last) seen += line;
         last = line;
     };

@@ -20,8 +20,6 @@ struct VmTesting {
 
 namespace {
 
-constexpr const char* BudgetFault = "o tick gastou o orcamento de instrucoes; ha um laco que nao termina";
-
 Value NewText(Vm& vm, const char* text) {
     return MakeObject(Kind::Text, static_cast<std::uint32_t>(vm.heap.NewText(text)));
 }
@@ -57,133 +55,11 @@ struct Machine {
         while (vm.program->At(function).name != name) ++function.value;
         return function;
     }
-    [[nodiscard]] std::string Seen() const {
-        std::string seen =
-            host.asked + printed + vm.DescribeFault() + vm.faultFunction + std::to_string(vm.faultOffset);
-        for (std::uint64_t count : {vm.used, vm.heap.taken, vm.heap.live, vm.heap.bytes, vm.randomState}) {
-            seen += " " + std::to_string(count);
-        }
-        for (const Value& global : vm.globals) seen += " " + ValueToText(vm.heap, global);
-        return seen;
-    }
 
     RecordingHost host;
     std::string printed;
     Vm vm;
 };
-
-constexpr const char* Rich = R"(modulo M
-registro Ponto
-    v: vetor3
-    t: texto = "p"
-fim
-estado
-    g: texto = "g"
-    soma: inteiro
-    l: lista de inteiro = [4, 1, 3]
-    d: dicionario de texto para vetor2 = ["a": vetor2(1, 2)]
-    p: Ponto
-fim
-funcao cresce(t: texto): texto
-    g = g + "."
-    t = t + g
-    retorne t
-fim
-funcao fundo(n: inteiro): inteiro
-    se n <= 0
-        retorne 0
-    fim
-    retorne 1 + fundo(n - 1) + n % 3
-fim
-a cada tick (passo: real)
-    v: inteiro
-    enquanto v < 2
-        v = v + 1
-        fisica.reiniciar()
-    fim
-    s: texto = "x"
-    s = s + (s + "y")
-    s = g + cresce(s + "z") + g
-    u: texto = s
-    s = s + u
-    para i de 0 ate 5
-        para j de 3 ate 0 passo -1
-            se i == j ou i > 3 e nao (j == 2)
-                continue
-            fim
-            soma = soma + i * j - fundo(i) / 2
-        fim
-        se soma > 100
-            pare
-        fim
-    fim
-    para cada x em l
-        a: real = real(x) * passo - p.v.x * 0.5
-        p.v.x = a + p.v.y * passo
-        d["a"].z = p.v.x / 4.0
-        se x == 1 e (a < 1.0 ou a >= 2.0)
-            l[x] = x + soma % 7
-        fim
-    fim
-    k: inteiro = 40
-    enquanto verdadeiro
-        k = k - 7
-        se k < 10
-            pare
-        fim
-    fim
-    escolha s
-        caso "x", g
-            escreva("nao")
-        senao
-            escreva(formatar("{} {} {}", s, k, copiar(p)))
-    fim
-fim
-)";
-
-TEST(VmForms, AgreeUnderEveryBudget) {
-    const Compiled rich = CompileScript(Rich);
-    Machine whole(rich);
-    ASSERT_TRUE(whole.vm.Start() && whole.Tick());
-    const std::uint64_t needed = whole.vm.used;
-    EXPECT_EQ(whole.printed, "gxxyzg.g.gxxyzg.g. 5 {vetor3(1.75, 0, 0), p};");
-    for (std::uint64_t budget = 30; budget <= needed + 1; ++budget) {
-        Machine fast(rich);
-        Machine exact(rich);
-        VmTesting::RunExactly(exact.vm);
-        fast.vm.budget = exact.vm.budget = budget;
-        for (Machine* machine : {&fast, &exact}) {
-            ASSERT_TRUE(machine->vm.Start());
-            ASSERT_EQ(machine->Tick(), budget >= needed);
-            ASSERT_EQ(machine->vm.used, budget >= needed ? needed : budget + 1);
-            ASSERT_EQ(machine->vm.faultMessage, budget >= needed ? "" : BudgetFault);
-            ASSERT_EQ(machine->vm.stack.Size() + machine->vm.frames.size(), 0U);
-        }
-        ASSERT_EQ(fast.Seen(), exact.Seen()) << budget;
-    }
-}
-
-// Products that are added or taken away at once, and loops over reals, have operations of their own in fast code.
-TEST(VmForms, AgreeOnReals) {
-    std::string lines =
-        " a: real = passo * 6.0\n b: real = passo\n c: real = passo * 8.0\n i: inteiro\n"
-        " g = formatar(\"{} {} {}\", a + b * c, a - b * c, b * c - a)\n";
-    for (const std::string bound : {"c", "4.0"}) {
-        for (const std::string loop : {"< 2.5 +", "<= 2.5 +", "> 5.5 -", ">= 5.5 -", "!= 2.5 +", "== 4.0 +"}) {
-            const std::size_t blank = loop.find(' ');
-            lines += " a = " + loop.substr(blank + 1, 3) + "\n i = 0\n enquanto a " + loop.substr(0, blank) + " " +
-                     bound + "\n  a = a " + loop.back() + " passo\n  i = i + 1\n fim\n g = g + texto(i)\n";
-        }
-    }
-    const Compiled script =
-        CompileScript("modulo M\nestado\n g: texto\nfim\na cada tick (passo: real)\n" + lines + "fim\n");
-    for (bool exactly : {false, true}) {
-        Machine machine(script);
-        if (exactly) VmTesting::RunExactly(machine.vm);
-        EXPECT_TRUE(machine.vm.Start() && machine.Tick()) << machine.vm.DescribeFault();
-        EXPECT_EQ(ValueToText(machine.vm.heap, machine.vm.globals[0]), "5 1 -1343431343431");
-    }
-}
 
 // A jump over more instructions than fit in sixteen bits.
 TEST(VmForms, CountLongJumps) {
@@ -201,46 +77,6 @@ TEST(VmForms, CountLongJumps) {
             EXPECT_EQ(machine.vm.used, used);
         }
         EXPECT_EQ(machine.vm.globals[0].Int(), 30'000);
-    }
-}
-
-// What was executed counts the instruction that failed.
-TEST(VmForms, FailAtTheSameInstruction) {
-    struct Fault {
-        std::string line;
-        std::string message;
-        std::uint64_t used;
-    };
-    const Fault faults[] = {
-        {"a: inteiro = n / zero", "divisao por zero", 3},
-        {"a: inteiro = n % zero", "resto de divisao por zero", 3},
-        {"a: inteiro = menor_de_todos / -1", "a conta passou do que cabe num inteiro", 4},
-        {"a: inteiro = -menor_de_todos", "a conta passou do que cabe num inteiro", 2},
-        {"a: real = 1.0 / -0.0", "divisao por zero", 4},
-        {"a: inteiro = n + [1, 2, 3][3]", "a lista tem 3 itens e o indice pedido foi 3", 7},
-        {"l[0] = [7][-1]", "a lista tem 1 item e o indice pedido foi -1", 7},
-        {"d[\"k\"] = d[\"k\"]", "o dicionario nao tem a chave k", 5},
-        {"enquanto verdadeiro\n fim", BudgetFault, 2'000'001},
-        {"para i de 1 ate 3 passo zero\n fim", "o passo de um laco \"para\" nao pode ser zero", 11},
-        {"para cada x em l\n l.adicionar(x)\n fim", "a lista mudou enquanto \"para cada\" a percorria", 26},
-    };
-    for (const Fault& fault : faults) {
-        const Compiled script = CompileScript("modulo M\na cada tick (passo: real)\n" + fault.line +
-                                              "\nfim\nestado\n n: inteiro = 5\n zero: inteiro\n"
-                                              " menor_de_todos: inteiro = -9223372036854775807 - 1\n"
-                                              " l: lista de inteiro = [1, 2]\n"
-                                              " d: dicionario de texto para inteiro\nfim\n");
-        for (bool exactly : {false, true}) {
-            Machine machine(script);
-            if (exactly) VmTesting::RunExactly(machine.vm);
-            EXPECT_TRUE(machine.vm.Start());
-            const std::uint64_t live = machine.vm.heap.live;
-            EXPECT_FALSE(machine.Tick());
-            EXPECT_EQ(machine.vm.DescribeFault(), "m.tvl:3: erro: " + fault.message);
-            EXPECT_EQ(machine.vm.faultFunction, "a cada tick");
-            EXPECT_EQ(machine.vm.used, fault.used) << fault.line;
-            EXPECT_EQ(machine.vm.heap.live, live) << fault.line;
-        }
     }
 }
 
