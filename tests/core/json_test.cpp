@@ -39,6 +39,7 @@ TEST(Json, ReadsAndWrites) {
         {"[1e15,1e300,4.9e-324]", "[1000000000000000,1.0000000000000001e+300,4.9406564584124654e-324]"},
         {R"("\"\\\/\b\f\n\r\t\u000b\u001F\u007f")", "\"\\\"\\\\/\\b\\f\\n\\r\\t\\u000b\\u001f\x7F\""},
         {R"("\ud83d\uDE00 \u00e9\u20aC \udc00")", "\"\xF0\x9F\x98\x80 \xC3\xA9\xE2\x82\xAC \xED\xB0\x80\""},
+        {R"("\u0080\u07ff\u0800\uffff\ud800\udc00")", "\"\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\""},
         {"\"plain until here\xFF\x80\"", "\"plain until here\xFF\x80\""},
     };
     for (const auto& [text, written] : rows) {

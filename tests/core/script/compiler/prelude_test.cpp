@@ -76,7 +76,7 @@ TEST(Prelude, ReadsEveryFormOfDefault) {
     api.functions = {{1,
                       "m.f",
                       "",
-                      {{"a", "inteiro", "-12"},
+                      {{"a", "inteiro", "-1290"},
                        {"b", "real", "0"},
                        {"c", "logico", "verdadeiro"},
                        {"d", "texto", "\"a b\""},
@@ -89,7 +89,7 @@ TEST(Prelude, ReadsEveryFormOfDefault) {
     ASSERT_TRUE(compiled.good) << compiled.reports;
     EXPECT_EQ(
         compiled.Listing("ao iniciar"),
-        "0 PushInt -12; 1 PushReal 0; 2 PushBool 1; 3 PushText \"a b\"; 4 PushHandle 1 0; 5 PushReal 1; "
+        "0 PushInt -1290; 1 PushReal 0; 2 PushBool 1; 3 PushText \"a b\"; 4 PushHandle 1 0; 5 PushReal 1; "
         "6 PushReal 2; 7 PushReal 3; 8 PushReal 4.5; 9 MakeVector 4; 10 PushEnum 0 1; 11 CallHost 7 1; 12 Return");
 }
 

@@ -59,6 +59,7 @@ TEST(BadProgram, IsRefused) {
         {Make(Op::MakeRecord)},
         {Make(Op::MakeList, 1)},
         {Make(Op::Raise, 0, 0, 1)},
+        {Make(Op::ReturnValue)},
         {one, Make(Op::Call, 1)},
         {one, native(Native::ListAppend, 1)},
         {one, native(Native::MaxInt, 1)},

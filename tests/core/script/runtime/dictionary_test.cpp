@@ -47,10 +47,15 @@ struct Literal {
     }
 };
 
+// Times the multiplier of the index's hash it is 1, so that its small multiples have the hash of 0.
+constexpr std::uint64_t HashInverse = 0xF1DE83E19937733D;
+
 Value DrawKey(Heap& heap, Kind kind, std::mt19937& random, std::uint32_t range) {
     const auto number = static_cast<std::uint32_t>(random() % range);
     switch (kind) {
-        case Kind::Int: return MakeInt((std::int64_t{number} - range / 2) << (number % 3 * 20));
+        case Kind::Int:
+            if (number % 2 == 0) return MakeInt(static_cast<std::int64_t>(number * HashInverse));  // all of one hash
+            return MakeInt((std::int64_t{number} - range / 2) << (number % 3 * 20));
         case Kind::Enum: return MakeEnum(3, number);
         case Kind::Bool: return MakeBool(number % 2 == 0);
         case Kind::Object: return MakeHandle(Kind::Object, number * 0x01000001U);
