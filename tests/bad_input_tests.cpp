@@ -89,35 +89,6 @@ void PrintTo(const Row& row, std::ostream* out) {
 
 // ---- any bytes at all ----
 
-struct BytesRow {
-    const char* name;
-    std::string text;
-    std::string reports;  // what comes on standard error before the closing line; empty for a good script
-};
-
-class AnyBytes : public testing::TestWithParam<BytesRow> {};
-
-TEST_P(AnyBytes, GetTheirReports) {
-    const Finished finished = CheckText(GetParam().text);
-    const std::string& reports = GetParam().reports;
-    EXPECT_EQ(finished.err, reports.empty() ? "" : reports + "1 de 1 arquivo(s) com erro\n");
-    EXPECT_EQ(finished.code, reports.empty() ? 0 : 1);
-}
-
-const BytesRow BytesRows[] = {
-    {"OnlyMark", "\xEF\xBB\xBF", "m.tvl:1:1: erro: um script comeca com \"modulo <Nome>\"\n"},
-    {"Nul", "modulo M\n\0\n"s, "m.tvl:2:1: erro: \"\0\" nao e usado nesta linguagem\n"s},
-    {"NulInText", "modulo M\nconstante A = \"\0\"\n"s, ""},
-    {"BrokenUtf8InText", "modulo M\nconstante A = \"\xFF\xC3\"\n", ""},
-    {"BrokenUtf8InName", "modulo M\xC3\nconstante A\xFF = 1\n", ""},
-    {"ColumnsCountCharacters", "modulo M\nconstante Ação = \"ção\" @\n",
-     "m.tvl:2:24: erro: \"@\" nao e usado nesta linguagem\n"},
-    {"LoneCarriageReturn", "modulo M\rconstante A = 1\r",
-     "m.tvl:1:10: erro: esperava o fim da linha, e veio \"constante\"\n"},
-};
-
-INSTANTIATE_TEST_SUITE_P(Rows, AnyBytes, testing::ValuesIn(BytesRows), NameOf<BytesRow>);
-
 TEST(BadInput, ReportsStopAtTheirLimit) {
     const Finished finished = CheckText("modulo M\n" + Repeat("@", Load(1'000'000)));
     EXPECT_EQ(finished.code, 1);

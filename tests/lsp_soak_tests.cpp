@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <iostream>
 #include <random>
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "core/json.h"
@@ -38,6 +38,17 @@ std::vector<std::string> ExampleScripts() {
     }
     std::sort(scripts.begin(), scripts.end());
     return scripts;
+}
+
+std::vector<std::string> Split(const std::string& text) {
+    std::vector<std::string> pieces;
+    std::istringstream rest(text);
+    for (std::string piece; std::getline(rest, piece, '|');) pieces.push_back(piece);
+    return pieces;
+}
+
+std::string Quoted(const std::string& text) {
+    return WriteJson(Json::Text(text));
 }
 
 struct OpenDocument {
@@ -82,37 +93,10 @@ private:
     std::size_t Below(std::size_t count) { return random() % count; }
 
     void Edit(OpenDocument& document) {
-        static const std::vector<std::string> Pieces = {"fim\n",
-                                                        "se ",
-                                                        " entao ",
-                                                        "funcao f(a: inteiro): texto\n",
-                                                        "(",
-                                                        ")",
-                                                        "[",
-                                                        "]",
-                                                        "{",
-                                                        "\"",
-                                                        ".",
-                                                        ", ",
-                                                        ": ",
-                                                        "1",
-                                                        "2.5e3",
-                                                        "// nota\n",
-                                                        "\xC3\xA9",
-                                                        "\xF0\x9F\x98\x80",
-                                                        "\xFF",
-                                                        "\r\n",
-                                                        "\t",
-                                                        "lista de ",
-                                                        "estado\n",
-                                                        "comportamento B\n",
-                                                        "mapa.",
-                                                        "entrada.",
-                                                        "x = ",
-                                                        "retorne ",
-                                                        "para i de 0 ate 3\n",
-                                                        "@",
-                                                        "9999999999999999999"};
+        static const std::vector<std::string> Pieces = Split(
+            "fim\n|se | entao |funcao f(a: inteiro): texto\n|(|)|[|]|{|\"|.|, |: |1|2.5e3|// nota\n|\xC3\xA9|\r\n|\t|@|"
+            "\xF0\x9F\x98\x80|\xFF|lista de |estado\n|comportamento B\n|mapa.|entrada.|x = |retorne |"
+            "para i de 0 ate 3\n|9999999999999999999");
         std::string& text = document.text;
         const std::size_t place = Below(text.size() + 1);
         if (Below(3) == 0) text.erase(place, Below(40));
@@ -123,14 +107,9 @@ private:
 
     void Change(OpenDocument& document, const std::string& method) {
         document.open = method != "didClose";
-        Json message = Json::Object();
-        message.Set("method", Json::Text("textDocument/" + method));
-        Json described = Json::Object();
-        described.Set("uri", Json::Text(document.uri));
-        described.Set("text", Json::Text(document.text));
-        Json& params = message.Set("params", Json::Object());
-        params.Set("contentChanges", Json::Array()).Add(described);
-        params.Set("textDocument", std::move(described));
+        const std::string described = R"({"uri":)" + Quoted(document.uri) + R"(,"text":)" + Quoted(document.text) + "}";
+        const std::string message = R"({"method":"textDocument/)" + method + R"(","params":{"textDocument":)" +
+                                    described + R"(,"contentChanges":[)" + described + "]}}";
         const Json answer = Exchange(message);
         ASSERT_EQ(answer.At("method").TextOr(""), "textDocument/publishDiagnostics");
         ASSERT_EQ(answer.At("params").At("uri").TextOr(""), document.uri);
@@ -138,20 +117,17 @@ private:
 
     void Ask(const OpenDocument& document) {
         static const std::vector<std::string> Methods = {"completion", "hover", "definition", "formatting", "nada"};
-        Json message = Json::Object();
-        message.Set("id", Json::Int(++lastId));
-        message.Set("method", Json::Text("textDocument/" + Methods[Below(Methods.size())]));
-        Json& params = message.Set("params", Json::Object());
-        params.Set("textDocument", Json::Object()).Set("uri", Json::Text(document.uri));
-        Json& position = params.Set("position", Json::Object());
-        position.Set("line", Json::Int(static_cast<long long>(Below(200)) - 1));
-        position.Set("character", Json::Int(static_cast<long long>(Below(60)) - 1));
+        const std::string message = R"({"id":)" + std::to_string(++lastId) + R"(,"method":"textDocument/)" +
+                                    Methods[Below(Methods.size())] + R"(","params":{"textDocument":{"uri":)" +
+                                    Quoted(document.uri) + R"(},"position":{"line":)" +
+                                    std::to_string(static_cast<int>(Below(200)) - 1) + R"(,"character":)" +
+                                    std::to_string(static_cast<int>(Below(60)) - 1) + "}}}";
         const Json answer = Exchange(message);
         ASSERT_EQ(answer.At("id").IntOr(-1), lastId);
     }
 
-    Json Exchange(const Json& message) {
-        server.SendMessage(WriteJson(message));
+    Json Exchange(const std::string& message) {
+        server.SendMessage(message);
         std::string body;
         Json answer;
         std::string error;

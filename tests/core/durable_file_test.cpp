@@ -102,6 +102,10 @@ TEST_F(DurableFileTest, AStepNotReachedStaysArmed) {
     ExpectFailure(WriteFileDurably(target, refuse, FileEncoding::Bytes), 5,
                   "o conteúdo de ação.tvl não pôde ser produzido.");
     ExpectFailure(WriteFileDurably(target, "depois", FileEncoding::Bytes), 3, NotWritten);
+    const auto refuseAloud = [](std::ostream& stream, std::string& reason) {
+        return !(stream << (reason = "sem dados"));
+    };
+    ExpectFailure(WriteFileDurably(target, refuseAloud, FileEncoding::Bytes), 5, "sem dados");
 
     const fs::path before = fs::current_path();
     fs::current_path(folder);
@@ -112,16 +116,6 @@ TEST_F(DurableFileTest, AStepNotReachedStaysArmed) {
     EXPECT_FALSE(WriteFileReplacing(target, "fim", error));
     EXPECT_EQ(error, NoFolder);
     EXPECT_EQ(Read(target), "depois");
-}
-
-TEST_F(DurableFileTest, AProducerMaySayWhyItRefuses) {
-    const auto refuse = [](std::ostream& stream, std::string& reason) {
-        stream << "meio";
-        reason = "sem dados";
-        return false;
-    };
-    ExpectFailure(WriteFileDurably(target, refuse, FileEncoding::Bytes), 5, "sem dados");
-    EXPECT_EQ(Read(target), "antes");
 }
 
 TEST_F(DurableFileTest, MissingFoldersAreMadeUnlessAFileIsInTheirPlace) {

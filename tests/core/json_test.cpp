@@ -48,44 +48,12 @@ TEST(Json, ReadsAndWrites) {
     }
 }
 
+// What the reader says of other faults stands in the recorded session `json`.
 TEST(Json, Refusals) {
-    const std::pair<std::string, std::string> rows[] = {
-        {"", "documento vazio"},
-        {" \n", "documento vazio"},
-        {"\xEF\xBB\xBF", "documento vazio"},
-        {"\xEF\xBB", "esperava um numero"},
-        {"[1,", "documento vazio"},
-        {"[1,]", "esperava um numero"},
-        {"[1 2]", "esperava \",\" ou \"]\""},
-        {"[", "documento vazio"},
-        {"{", "esperava um texto"},
-        {"{\"a\":1,}", "esperava um texto"},
-        {"{\"a\"", "esperava \":\""},
-        {"{\"a\":1", "esperava \",\" ou \"}\""},
-        {"truex", "sobrou texto depois do documento"},
-        {"[truex", "esperava \",\" ou \"]\""},
-        {"tru", "esperava um numero"},
-        {"-", "esperava um numero"},
-        {"+.e5", "esperava um numero"},
-        {std::string("[\0", 2), "esperava um numero"},
-        {std::string("1\0", 2), "sobrou texto depois do documento"},
-        {"1e999", "numero fora da faixa"},
-        {"-1e-999", "numero fora da faixa"},
-        {"\"abc", "texto sem fechar"},
-        {"\"abc\\", "texto sem fechar"},
-        {"\"abcdefgh\x1Fij\"", "byte de controle dentro de um texto"},
-        {std::string("\"a\0\"", 4), "byte de controle dentro de um texto"},
-        {"\"\\x\"", "escape desconhecido"},
-        {"\"\\u12", "escape \\u incompleto"},
-        {"\"\\u12g4\"", "escape \\u incompleto"},
-        {"\"\\ud800\"", "par substituto sem a segunda metade"},
-        {"\"\\ud800\\n\"", "par substituto sem a segunda metade"},
-        {"\"\\ud800\\u12", "par substituto invalido"},
-        {"\"\\ud800\\ud800\"", "par substituto invalido"},
-        {Repeat("[", 65), "JSON encaixado demais"},
-        {Repeat("{\"a\":", 65), "JSON encaixado demais"},
-    };
-    for (const auto& [text, error] : rows) EXPECT_EQ(Again(text), error) << text;
+    EXPECT_EQ(Again(std::string("[\0", 2)), "esperava um numero");
+    EXPECT_EQ(Again(std::string("1\0", 2)), "sobrou texto depois do documento");
+    EXPECT_EQ(Again(std::string("\"a\0\"", 4)), "byte de controle dentro de um texto");
+    EXPECT_EQ(Again(Repeat("{\"a\":", 65)), "JSON encaixado demais");
 }
 
 TEST(Json, Bounds) {

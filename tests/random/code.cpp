@@ -60,6 +60,7 @@ bool CodeWriter::IsValidIn(HookMask hooks) const {
 }
 
 bool CodeWriter::MayUse(const Form& form) {
+    if (form.use == Use::Literal) return false;
     if (form.hooks != 0 && !IsValidIn(HookMask{form.hooks})) return false;
     if (form.use == Use::World) return world && law.hooks != HookMask::None;
     return form.use == Use::Safe || (risky && numbers.OneIn(6));

@@ -47,6 +47,7 @@ Form FormOf(const std::string& line) {
         }
         if (word == "world") form.use = Use::World;
         if (word == "risky") form.use = Use::Risky;
+        if (word == "literal") form.use = Use::Literal;
     }
     return form;
 }
@@ -87,21 +88,11 @@ const std::vector<Form>& AllForms() {
 }
 
 std::string LiteralOf(RandomNumbers& numbers, const std::string& type) {
-    static const std::vector<std::string> integers = {"0",    "1",      "2",     "7",          "0x1F",
-                                                      "0XFf", "0b1_01", "1_000", "4000000000", "12"};
-    static const std::vector<std::string> reals = {"0.0", "0.5", "1.25", "3.0e2", "1e-3", "100.0", "1_0.2_5", "7E+1"};
-    static const std::vector<std::string> texts = {
-        "\"\"", "\"a\"", "\"b,c,d\"", "\"a\xC3\xA7\xC3\xA3o \xF0\x9F\x98\x80\"", "\"\\n\\\"\\\\ // {\\t\"", "\"12\""};
-    if (type == "inteiro") return numbers.OneOf(integers);
-    if (type == "real") return numbers.OneOf(reals);
-    if (type == "texto") return numbers.OneOf(texts);
-    if (type == "logico") return numbers.OneIn(2) ? "verdadeiro" : "falso";
-    if (type == "Rumo") return numbers.OneOf(std::vector<std::string>{"NORTE", "SUL", "LESTE"});
-    if (type == "Categoria") return numbers.OneIn(2) ? "EFEITOS" : "MUSICA";
-    if (type == "TipoContato") return numbers.OneIn(2) ? "COMECOU" : "TERMINOU";
-    if (type == "vetor2") return "vetor2(1.0, 2)";
-    if (type == "vetor3") return "vetor3(1.0, 2.0, 0.5)";
-    if (type == "cor") return "cor(255, 0.5, 0.25, 1.0)";
+    std::vector<std::string> literals;
+    for (const Form& form : AllForms()) {
+        if (form.use == Use::Literal && form.result == type) literals.push_back(form.text);
+    }
+    if (!literals.empty()) return numbers.OneOf(literals);
     if (type == "objeto" || type == "corpo" || type == "som") return "nenhum_" + type;
     if (type.starts_with("lista de ")) return "[" + LiteralOf(numbers, type.substr(9)) + "]";
     if (const std::size_t value = type.find(" para "); value != std::string::npos) {

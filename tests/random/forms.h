@@ -15,9 +15,10 @@ namespace tavrel::tests {
 
 // Where a form may be chosen, besides the hooks it is valid in.
 enum class Use : std::uint8_t {
-    Safe,   // anywhere
-    Risky,  // in scripts that may fault; others mostly run to their end
-    World,  // in scripts for a world
+    Safe,     // anywhere
+    Risky,    // in scripts that may fault; others mostly run to their end
+    World,    // in scripts for a world
+    Literal,  // only where no variable may stand
 };
 
 struct Form {

@@ -103,14 +103,6 @@ TEST(NumberText, EveryRealFrom1e40thUpwardReadsBackToItsBits) {
     }
 }
 
-TEST(NumberText, PowersOfTenStepByTheLargestExactOne) {
-    EXPECT_EQ(PowerOfTen(22), 1e22);
-    EXPECT_EQ(PowerOfTen(-22), 1.0 / 1e22);
-    EXPECT_EQ(PowerOfTen(44), 1e22 * 1e22);
-    EXPECT_EQ(PowerOfTen(47), 1e22 * 1e22 * 1e3);
-    EXPECT_EQ(PowerOfTen(-48), 1.0 / (1e22 * 1e22 * 1e4));
-}
-
 TEST(NumberText, Integers) {
     EXPECT_EQ(IntegerToText(0), "0");
     EXPECT_EQ(IntegerToText(-70), "-70");

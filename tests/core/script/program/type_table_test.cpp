@@ -27,27 +27,6 @@ TEST(TypeTable, UnknownIdsReadAsTheFailedType) {
     for (std::int32_t id : {-1, 12, 1000}) EXPECT_EQ(types.Name(TypeId(id)), "?") << id;
 }
 
-TEST(TypeTable, KindsAreWhatTheirRowsSay) {
-    TypeTable types;
-    types.List(IntType);
-    types.Dict(TextType, IntType);
-    types.Record(0, "R");
-    types.Enum(0, "E");
-    types.Space(0, "s");
-    std::string comparable;
-    std::string ordered;
-    std::string reference;
-    for (std::size_t number = 0; number < types.Size(); ++number) {
-        const TypeId id(number);
-        comparable += types.Comparable(id) ? '1' : '0';
-        ordered += types.Ordered(id) ? '1' : '0';
-        reference += types.Reference(id) ? '1' : '0';
-    }
-    EXPECT_EQ(comparable, "00111100011100010");
-    EXPECT_EQ(ordered, "00110100000000000");
-    EXPECT_EQ(reference, "00000100000011100");
-}
-
 // A name as deep as nested lists may get must not recurse.
 TEST(TypeTable, NamesDeepTypes) {
     TypeTable types;

@@ -87,16 +87,6 @@ TEST(Heap, ListsGiveMemoryBackAsTheyShrink) {
     EXPECT_EQ(heap.At(list).items[4].Int(), 9);
 }
 
-TEST(Heap, ClearingForgetsAllButHowMuchWasTaken) {
-    Heap heap;
-    NewList(heap);
-    heap.Drop(NewText(heap, "abc"));
-    heap.Clear();
-    EXPECT_EQ(heap.live + heap.bytes + heap.free.size() + heap.objects.size(), 0U);
-    EXPECT_EQ(heap.taken, 2U);
-    EXPECT_EQ(NewList(heap).ObjectIndex(), 0U);
-}
-
 TEST(Heap, Comparisons) {
     Heap heap;
     const float nan = std::numeric_limits<float>::quiet_NaN();

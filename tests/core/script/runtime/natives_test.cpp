@@ -97,18 +97,6 @@ TEST_F(MemoryLimit, BoundsTexts) {
     EXPECT_EQ(vm.heap.At(vm.heap.At(pieces).items[2]).text, "d");
 }
 
-// Of a Color the first two components count and change, and it stays a Color.
-TEST(Natives, NormalizeKeepsAColor) {
-    Program program;
-    Vm vm(program);
-    vm.stack.Push(MakeVector(Kind::Color, 3.0F, 4.0F, 8.0F, 16.0F));
-    ASSERT_TRUE(vm.CallNativeAt(Native::NormalizeVec2, 1));
-    const Value& color = vm.stack.Data()[0];
-    EXPECT_EQ(color.kind, Kind::Color);
-    EXPECT_EQ(color.components[0], 0.6F);
-    EXPECT_EQ(color.components[3], 16.0F);
-}
-
 TEST(Natives, ANumberPastTheLastFails) {
     Program program;
     Vm vm(program);

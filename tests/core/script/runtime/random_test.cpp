@@ -30,13 +30,5 @@ TEST(Random, SeedsAndDraws) {
     }
 }
 
-TEST(Random, ForcesAnOddIncrement) {
-    std::uint64_t state = 0;
-    std::uint64_t increment = 4;
-    EXPECT_EQ(DrawRandom(state, increment), 0U);
-    EXPECT_EQ(increment, 5U);
-    EXPECT_EQ(state, 5U);
-}
-
 }  // namespace
 }  // namespace tavrel::core::script

@@ -9,7 +9,6 @@
 #include <string>
 
 #include "core/script/runtime/compare.h"
-#include "core/script/runtime/merge_sort.h"
 
 namespace tavrel::core::script {
 namespace {
@@ -80,16 +79,6 @@ TEST(SortValues, KeepsItsStepsWithNan) {
         order += real == real ? std::to_string(static_cast<int>(real)) + " " : "x ";
     }
     EXPECT_EQ(order, "3 x 1 2 x 0 8 9 x 4 5 6 7 x -1 ");
-}
-
-TEST(MergeSort, LeavesEqualItemsInOrder) {
-    std::mt19937 random(2);
-    for (const std::size_t length : Lengths) {
-        std::vector<std::pair<unsigned, std::size_t>> items;
-        for (std::size_t i = 0; i < length; ++i) items.emplace_back(random() % 20, i);
-        MergeSort(items, [](const auto& a, const auto& b) { return a.first < b.first; });
-        EXPECT_TRUE(std::is_sorted(items.begin(), items.end())) << length;
-    }
 }
 
 }  // namespace

@@ -20,19 +20,6 @@ TEST(Diagnostics, RendersPlaceMessageAndHint) {
     EXPECT_EQ(diagnostics.errors, 2U);
 }
 
-TEST(Diagnostics, DropsWhatPassesTheLimit) {
-    Diagnostics errors;
-    for (int count = 0; count < 30; ++count) errors.Add(Source, {}, "igual", "");
-    EXPECT_EQ(errors.items.size(), 25U);
-    EXPECT_EQ(errors.errors, 25U);
-
-    Diagnostics warnings;
-    for (int count = 0; count < 25; ++count) warnings.Warn(Source, {}, "igual");
-    warnings.Add(Source, {}, "erro", "");
-    EXPECT_EQ(warnings.items.size(), 25U);
-    EXPECT_EQ(warnings.errors, 0U);
-}
-
 TEST(Diagnostics, CutTakesErrorsBack) {
     Diagnostics diagnostics;
     diagnostics.Add(Source, {}, "fica", "");

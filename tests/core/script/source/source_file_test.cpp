@@ -38,15 +38,6 @@ TEST(SourceFile, LinesLeaveTheirEndsBehind) {
     ExpectAt(source, 1, 1, 2);
 }
 
-TEST(SourceFile, SlicesAreCutToTheText) {
-    const SourceFile source("a", "abc");
-    EXPECT_EQ(source.Slice({1, 2}), "b");
-    EXPECT_EQ(source.Slice({1, 99}), "bc");
-    EXPECT_EQ(source.Slice({1, 1}), "");
-    EXPECT_EQ(source.Slice({2, 1}), "");
-    EXPECT_EQ(source.Slice({3, 9}), "");
-}
-
 TEST(SourceFile, ViewsOfAShortTextSurviveAMove) {
     SourceFile source("a", "abc");
     const std::string_view view = source.View({0, 3});

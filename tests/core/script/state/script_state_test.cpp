@@ -152,16 +152,5 @@ TEST(ScriptState, KnowsHowMuchAWalkWrites) {
     }
 }
 
-TEST(ScriptState, NamesTheFirstNan) {
-    const Program program;
-    Heap heap;
-    CanonicalWriter writer(true);
-    writer.Section("script");
-    Value vector = MakeVector(Kind::Vec3, 0.0F, 0.0F, 0.0F);
-    vector.components[1] = std::bit_cast<float>(0x7FC00000U);
-    WriteScriptValue(writer, program, heap, "pos", vector);
-    EXPECT_EQ(writer.failure, "NaN no estado deterministico: script/pos.y");
-}
-
 }  // namespace
 }  // namespace tavrel::core::script

@@ -80,14 +80,6 @@ TEST(Lexer, EveryKeywordIsFound) {
     EXPECT_STREQ(Describe(static_cast<Tok>(66)), "um simbolo");
 }
 
-TEST(Lexer, Symbols) {
-    ExpectRows(
-        {{"==!=<=>=", "\"==\" \"!=\" \"<=\" \">=\" nl", ""},
-         {"= < > + - * / % . :", "\"=\" \"<\" \">\" \"+\" \"-\" \"*\" \"/\" \"%\" \".\" \":\" nl", ""},
-         {"a /", "a \"/\" nl", ""},
-         {"x<-1", "x \"=\" 1 nl", "t:1:2: erro: \"<-\" nao atribui nesta linguagem\n  use \"=\" para atribuir\n"}});
-}
-
 TEST(Lexer, UnknownCharacterEndsTheLine) {
     ExpectRows(
         {{"a @ b", "a nl b nl", "t:1:3: erro: \"@\" nao e usado nesta linguagem\n"},
@@ -95,31 +87,6 @@ TEST(Lexer, UnknownCharacterEndsTheLine) {
          {"(\f)", "\"(\" nl \")\" nl", "t:1:2: erro: \"\f\" nao e usado nesta linguagem\n"},
          {"$\x80\x80\x80\x80", "nl \x80 nl", "t:1:1: erro: \"$\x80\x80\x80\" nao e usado nesta linguagem\n"},
          {std::string("\0a", 2), "nl a nl", std::string("t:1:1: erro: \"\0\" nao e usado nesta linguagem\n", 45)}});
-}
-
-TEST(Lexer, Numbers) {
-    const std::string tooLarge = "este numero nao cabe num inteiro de 64 bits\n";
-    ExpectRows({{"1_000.5e+3 1e2 2.5E-1", "1000500r 100r 0.25r nl", ""},
-                {"0xFF_ff 0B101 0x_ 007", "65535 5 0 7 nl", ""},
-                {"1.foo 1e 1._5 1ex+ 1_", "1 \".\" foo 1 \"e\" 1 \".\" _5 1 ex \"+\" 1 nl", ""},
-                {"0b102", "2 2 nl", ""},
-                {"0X 0b", "0 0 nl",
-                 "t:1:1: erro: faltam os digitos depois de \"0x\"\n"
-                 "t:1:4: erro: faltam os digitos depois de \"0b\"\n"},
-                {"9223372036854775808", "922337203685477580 nl", "t:1:1: erro: " + tooLarge},
-                {"0x8000000000000000", "576460752303423488 nl", "t:1:1: erro: " + tooLarge},
-                {"x 1.0e99", "x 3.40282347e38r nl", "t:1:3: erro: este numero nao cabe num real\n"}});
-}
-
-TEST(Lexer, Texts) {
-    const std::string open = "faltou fechar as aspas deste texto\n";
-    const std::string escapes = "\" nao e uma fuga conhecida\n  as fugas sao \\n, \\t, \\r, \\\" e \\\\\n";
-    ExpectRows({{R"("" "a b" "não")", "'' 'a b' 'não' nl", ""},
-                {R"("a\n\t\r\"\\b" c)", "'a\n\t\r\"\\b' c nl", ""},
-                {R"("a\qb\n")", "'aqb\n' nl", "t:1:3: erro: \"\\q" + escapes},
-                {"\"a\\\nb\"", "'a\nb' nl", "t:1:3: erro: \"\\\n" + escapes},
-                {"\"abc", "'abc' nl", "t:1:1: erro: " + open},
-                {"\"abc\\", "'abc\\' nl", "t:1:1: erro: " + open}});
 }
 
 // The bytes of each token but the last, and of each report, with a "|" behind them.

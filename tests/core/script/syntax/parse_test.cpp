@@ -44,19 +44,5 @@ TEST(Parse, ReportSpans) {
     EXPECT_EQ(spans, "ao|a|teclado|estado|camera|parte.x + 1|pare|registro|\n|parametro|ao|ao|escolha||ao|");
 }
 
-// Behind a type that reads, the source of the unit is what it was.
-TEST(Parse, ATypeTextIsOneType) {
-    Diagnostics diagnostics;
-    Unit unit;
-    EXPECT_TRUE(Parse(SourceFile("t", "modulo M"), diagnostics, unit));
-    TypeRefId type;
-    EXPECT_TRUE(ParseTypeText("dicionario de texto para lista de Corpo", unit, diagnostics, type));
-    EXPECT_FALSE(ParseTypeText("inteiro real", unit, diagnostics, type));
-    EXPECT_EQ(unit.source.name, "t");
-    EXPECT_EQ(diagnostics.Describe(),
-              "<api>:1:1: erro: \"inteiro real\" nao e um tipo desta linguagem\n"
-              "  defeito na tabela da API do host, e nao no script\n");
-}
-
 }  // namespace
 }  // namespace tavrel::core::script
