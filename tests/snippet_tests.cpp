@@ -64,7 +64,7 @@ std::string Joined(const std::vector<Section>& sections) {
     return text;
 }
 
-std::string Typed(const Program& program, const std::string& name, std::int32_t type, GlobalCategory category) {
+std::string Typed(const Program& program, const std::string& name, TypeId type, GlobalCategory category) {
     return name + ": " + program.types.Name(type) + " " + CategoryName(category);
 }
 
@@ -75,8 +75,8 @@ std::string FieldsOf(const Program& program, const BehaviourInfo& info) {
                 (info.fieldPublished[i] ? " +" : "") + (info.fieldPrivate[i] ? " privado\n" : "\n");
     }
     for (std::size_t kind = 0; kind < info.hooks.size(); ++kind) {
-        if (info.hooks[kind] >= 0)
-            text += "  hook " + std::to_string(kind) + " is " + std::to_string(info.hooks[kind]) + "\n";
+        if (info.hooks[kind])
+            text += "  hook " + std::to_string(kind) + " is " + std::to_string(info.hooks[kind].value) + "\n";
     }
     return text;
 }
@@ -95,16 +95,16 @@ std::string CallsOf(const Function& function) {
 std::string FunctionsOf(const Program& program) {
     std::string text;
     for (const Function& each : program.functions) {
-        text += "function " + each.name + " of file " + std::to_string(each.file) + ": " + std::to_string(each.params) +
-                " params, " + std::to_string(each.locals) + " locals, " + program.types.Name(each.returnType) +
-                ", calls" + CallsOf(each) + "\n";
+        text += "function " + each.name + " of file " + std::to_string(each.file.value) + ": " +
+                std::to_string(each.params) + " params, " + std::to_string(each.locals) + " locals, " +
+                program.types.Name(each.returnType) + ", calls" + CallsOf(each) + "\n";
     }
     for (std::size_t kind = 0; kind < program.hooks.size(); ++kind) {
-        if (program.hooks[kind] >= 0) {
-            text += "hook " + std::to_string(kind) + " is " + std::to_string(program.hooks[kind]) + "\n";
+        if (program.hooks[kind]) {
+            text += "hook " + std::to_string(kind) + " is " + std::to_string(program.hooks[kind].value) + "\n";
         }
     }
-    return text + "initializer " + std::to_string(program.initializer) + "\n";
+    return text + "initializer " + std::to_string(program.initializer.value) + "\n";
 }
 
 std::string ActionsOf(const Program& program) {
@@ -133,21 +133,21 @@ std::string TablesOf(const Program& program) {
         text +=
             "global " + Typed(program, global.name, global.type, global.category) + (global.published ? " +\n" : "\n");
     }
-    constexpr std::int32_t FirstDeclared = 12;  // behind the types of the language
+    constexpr std::size_t FirstDeclared = 12;  // behind the types of the language
     text += "types";
-    for (auto id = FirstDeclared; id < static_cast<std::int32_t>(program.types.Size()); ++id) {
-        text += (id == FirstDeclared ? " " : ", ") + program.types.Name(id);
+    for (std::size_t id = FirstDeclared; id < program.types.Size(); ++id) {
+        text += (id == FirstDeclared ? " " : ", ") + program.types.Name(TypeId(id));
     }
     text += "\n";
     for (const BehaviourInfo& info : program.behaviours) {
         text += "behaviour " + info.name;
-        const std::int32_t numbers[] = {info.parameterCount, info.stateFirst, info.stateCount,
-                                        info.ownerField,     info.record,     info.initializer};
+        const std::int32_t numbers[] = {info.parameterCount, info.stateFirst,   info.stateCount,
+                                        info.ownerField,     info.record.value, info.initializer.value};
         for (const std::int32_t number : numbers) text += " " + std::to_string(number);
         text += "\n" + FieldsOf(program, info);
     }
     for (const auto& event : program.events)
-        text += "event " + event.name + " " + std::to_string(event.seenGlobal) + "\n";
+        text += "event " + event.name + " " + std::to_string(event.seenGlobal.value) + "\n";
     text += ActionsOf(program) + "integers";
     for (const std::int64_t value : program.integers) text += " " + std::to_string(value);
     text += "\ntexts";
