@@ -4,7 +4,7 @@
 
 namespace tavrel::core::script {
 
-#define TAVREL_KIND(name, number, word) static_assert(number < KindCount);
+#define TAVREL_KIND(name, number, ...) static_assert(number < KindCount);
 #define TAVREL_HOOK(name, number, text) static_assert(number < HookCount);
 #define TAVREL_CATEGORY(name, number, text) static_assert(number < CategoryCount);
 #define TAVREL_RESERVED(name, number, text) static_assert(number < ReservedFunctionCount);

@@ -14,7 +14,7 @@ namespace tavrel::core::script {
 
 // The kind of a value and of a type.
 enum class Kind : std::uint8_t {
-#define TAVREL_KIND(name, number, word) name = number,
+#define TAVREL_KIND(name, number, ...) name = number,
 #include "core/script/program/kinds.def"
 };
 
@@ -57,7 +57,7 @@ enum class CategoryMask : std::uint8_t {
 
 // How many members each numbering has.
 inline constexpr int KindCount = 0
-#define TAVREL_KIND(name, number, word) +1
+#define TAVREL_KIND(name, number, ...) +1
 #include "core/script/program/kinds.def"
     ;
 inline constexpr int HookCount = 0

@@ -1,28 +1,50 @@
+// Interned types. A composed type is found by a key of its kind and its one or two distinguishing numbers in a hash
+// table, so that asking for it again costs the same however many there are. What a kind can do is a column of
+// kinds.def.
 #include "core/script/program/type_table.h"
 
-#include <string_view>
+#include <iterator>
 #include <utility>
 
 namespace tavrel::core::script {
 
 namespace {
 
-// By number of the kind; empty for a kind that is built from other types.
-constexpr std::string_view BuiltInWords[] = {
-#define TAVREL_KIND(name, number, word) word,
+// What kinds.def says of a kind.
+struct KindRow {
+    Kind kind;
+    const char* word;  // empty for a kind that is built from other types
+    bool comparable;
+    bool ordered;
+    bool reference;
+};
+
+constexpr KindRow Rows[] = {
+#define TAVREL_KIND(name, number, word, comparable, ordered, reference) \
+    {Kind::name, word, comparable, ordered, reference},
 #include "core/script/program/kinds.def"
 };
 
-// TypeOf gives an entry's position, so the built-in types have to be the first of the table, one for each number.
-#define TAVREL_KIND(name, number, word) \
-    static_assert(BuiltInWords[number] == word && BuiltInWords[number].empty() == (number > SoundType.value));
-#include "core/script/program/kinds.def"
+// The row of a kind is found by its number, and TypeOf takes that for the id: so every row stands in the place of its
+// number, the built-in ones up to SoundType first.
+constexpr bool RowsAreInOrder() {
+    for (std::size_t number = 0; number < std::size(Rows); ++number) {
+        const bool isBuiltIn = *Rows[number].word != '\0';
+        if (Rows[number].kind != static_cast<Kind>(number) || isBuiltIn != (number <= SoundType.Number())) return false;
+    }
+    return true;
+}
+static_assert(RowsAreInOrder());
+
+constexpr const KindRow& RowOf(Kind kind) {
+    return Rows[static_cast<std::size_t>(kind)];
+}
 
 }  // namespace
 
 TypeTable::TypeTable() {
-    for (std::size_t number = 0; number <= SoundType.Number(); ++number) {
-        entries.push_back({.kind = static_cast<Kind>(number), .name = std::string(BuiltInWords[number])});
+    for (const KindRow& row : Rows) {
+        if (*row.word != '\0') entries.push_back({.kind = row.kind, .name = row.word});
     }
 }
 
@@ -32,27 +54,15 @@ const TypeInfo& TypeTable::At(TypeId id) const {
 }
 
 bool TypeTable::Comparable(TypeId id) const {
-    switch (KindOf(id)) {
-        case Kind::Int:
-        case Kind::Real:
-        case Kind::Bool:
-        case Kind::Text:
-        case Kind::Object:
-        case Kind::Body:
-        case Kind::Sound:
-        case Kind::Enum: return true;
-        default: return false;
-    }
+    return RowOf(KindOf(id)).comparable;
 }
 
 bool TypeTable::Ordered(TypeId id) const {
-    Kind kind = KindOf(id);
-    return kind == Kind::Int || kind == Kind::Real || kind == Kind::Text;
+    return RowOf(KindOf(id)).ordered;
 }
 
 bool TypeTable::Reference(TypeId id) const {
-    Kind kind = KindOf(id);
-    return kind == Kind::Text || kind == Kind::List || kind == Kind::Dict || kind == Kind::Record;
+    return RowOf(KindOf(id)).reference;
 }
 
 std::string TypeTable::Name(TypeId id) const {

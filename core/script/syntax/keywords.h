@@ -22,7 +22,7 @@ struct Keyword {
 };
 
 inline constexpr Keyword Keywords[] = {
-#define TAVREL_KEYWORD(name, number, word) {word, Tok::name},
+#define TAVREL_KEYWORD(name, number, word, role) {word, Tok::name},
 #include "core/script/syntax/token.def"
 };
 

@@ -16,6 +16,12 @@ Stmt MakeStmt(StmtKind kind, Span span) {
     return stmt;
 }
 
+// Whether the running block ends before this token.
+bool ClosesBlock(Tok kind) {
+    const BlockRole role = RoleOf(kind);
+    return kind == Tok::End || role == BlockRole::Divides || role == BlockRole::Ends;
+}
+
 }  // namespace
 
 StmtId Parser::ParseStatement() {
@@ -44,7 +50,7 @@ Block Parser::ParseBlock() {
     const Mark mark = pendingStmts.size();
     for (;;) {
         SkipNewlines();
-        if (Check(Tok::Senao) || Check(Tok::Fim) || Check(Tok::Caso) || Check(Tok::End)) break;
+        if (ClosesBlock(Current().kind)) break;
         const std::size_t before = position;
         pendingStmts.push_back(ParseStatement());
         if (position != before) continue;

@@ -26,4 +26,13 @@ const char* Describe(Tok kind) {
     return "um simbolo";
 }
 
+BlockRole RoleOf(Tok kind) {
+#define TAVREL_KEYWORD(name, number, word, role) \
+    case Tok::name: return BlockRole::role;
+    switch (kind) {
+#include "core/script/syntax/token.def"
+        default: return BlockRole::None;
+    }
+}
+
 }  // namespace tavrel::core::script

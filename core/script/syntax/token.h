@@ -17,6 +17,14 @@ enum class Tok : std::uint8_t {
 #include "core/script/syntax/token.def"
 };
 
+// What a keyword is to the blocks around it, when a line begins with it.
+enum class BlockRole : std::uint8_t {
+    None,     // nothing
+    Begins,   // a block stands behind it
+    Divides,  // ends the running block of an "escolha" or "se" and begins its next: "senao", "caso"
+    Ends,     // "fim"
+};
+
 struct Token {
     Tok kind = Tok::End;
     Span span;
@@ -35,6 +43,9 @@ struct TokenList {
 
 // What messages call a kind of token; "um simbolo" for a number that is no kind.
 [[nodiscard]] const char* Describe(Tok kind);
+
+// The role of a kind; None for what is no keyword.
+[[nodiscard]] BlockRole RoleOf(Tok kind);
 
 // True for the twelve words that begin a written type.
 [[nodiscard]] constexpr bool IsTypeWord(Tok kind) {
