@@ -1,3 +1,8 @@
+// The small operations under the others: sign, floor, scaling by a power of two, and the results of errors. A double is
+// taken apart by its bits: 1 of sign, 11 of exponent with 1023 added, 52 of mantissa.
+// Floor adds 2^52 and takes it off again: at that size a double has no bits behind the point, so the sum is rounded to
+// a whole number, and where that went up 1 comes off. The error results are computed so that they round and overflow
+// like any other operation.
 #include "core/script/numeric/float_internal.h"
 #include "core/script/numeric/float_math.h"
 
@@ -7,8 +12,8 @@ namespace {
 
 constexpr int ExponentBias = 0x3ff;
 constexpr int MantissaBits = 52;
-constexpr int LargestExponent = 1023;
-constexpr int SmallestExponent = -1022;
+constexpr int MaxExponent = 1023;
+constexpr int MinExponent = -1022;
 constexpr double TwoTo52 = 0x1p+52;
 constexpr double ScaleUp = 0x1p+1023;
 // Short of the smallest exponent by 53, so that what the last step takes to a subnormal is rounded there only.
@@ -32,16 +37,16 @@ double tavrel_libm_floor(double x) {
 }
 
 double tavrel_libm_scalbn(double x, int n) {
-    for (int step = 0; step < 2 && n > LargestExponent; ++step) {
+    for (int step = 0; step < 2 && n > MaxExponent; ++step) {
         x *= ScaleUp;
-        n -= LargestExponent;
+        n -= MaxExponent;
     }
-    for (int step = 0; step < 2 && n < SmallestExponent; ++step) {
+    for (int step = 0; step < 2 && n < MinExponent; ++step) {
         x *= ScaleDown;
         n += ScaleDownStep;
     }
-    if (n > LargestExponent) n = LargestExponent;
-    if (n < SmallestExponent) n = SmallestExponent;
+    if (n > MaxExponent) n = MaxExponent;
+    if (n < MinExponent) n = MinExponent;
     return x * DoubleOf(static_cast<std::uint64_t>(ExponentBias + n) << MantissaBits);
 }
 

@@ -1,3 +1,10 @@
+// e^x and the natural logarithm, by table and polynomial in double, so that rounding to float at the end hides their
+// error.
+// e^x = 2^(k/32) * e^r with k the whole number nearest to x * 32 / ln 2. The whole number is found by adding 1.5 *
+// 2^52, whose sum has no bits behind the point: k stands in its low bits, and taking the constant off again leaves k as
+// a double. The table has 2^(i/32) for i = k mod 32, less i << 47, so that adding k << 47 puts k / 32 into the
+// exponent. log x = exponent * ln 2 + log c + log(1 + r) with c the middle of one of 16 stretches of mantissas and r =
+// m / c - 1, small enough for a polynomial of the fourth degree.
 #include "core/script/numeric/float_internal.h"
 #include "core/script/numeric/float_math.h"
 #include "core/script/numeric/float_tables.h"
@@ -6,8 +13,8 @@ namespace tavrel::core::script {
 
 namespace {
 
-constexpr float LargestExponent = 0x1.62e42ep+6f;      // the logarithm of 2^128
-constexpr float SmallestExponent = -0x1.9fe368p+6f;    // of 2^-150
+constexpr float MaxExponent = 0x1.62e42ep+6f;          // the logarithm of 2^128
+constexpr float MinExponent = -0x1.9fe368p+6f;         // of 2^-150
 constexpr std::uint32_t ExponentToCheck = 0x42b00000;  // 88
 
 }  // namespace
@@ -18,8 +25,8 @@ float tavrel_libm_expf(float x) {
     if (magnitude >= ExponentToCheck) [[unlikely]] {
         if (BitsOf(x) == (FloatSign | FloatInfinity)) return 0.0f;
         if (magnitude >= FloatInfinity) return x + x;
-        if (x > LargestExponent) return tavrel_libm__math_oflowf(0);
-        if (x < SmallestExponent) return tavrel_libm__math_uflowf(0);
+        if (x > MaxExponent) return tavrel_libm__math_oflowf(0);
+        if (x < MinExponent) return tavrel_libm__math_uflowf(0);
     }
     // x * 32 / ln 2 = k + r, with k the nearest whole number, left in the low bits of `shifted`.
     const double z = data.invln2_scaled * x;

@@ -1,3 +1,8 @@
+// The inverses of sine, cosine and tangent, mostly in float. Near 0 a polynomial or a quotient of two gives how far the
+// result is from the argument. Elsewhere the argument is moved near 0 by an identity: asin x = pi/2 - 2 asin(sqrt((1 -
+// x) / 2)), and atan x = atan c + atan((x - c) / (1 + c x)) for c = 1/2, 1, 3/2 and infinity. Constants such as pi/2
+// come in two parts, high and low, so that a difference keeps the bits that a single float would lose. Where a tiny
+// constant is added, it changes no bit of the result.
 #include "core/script/numeric/float_internal.h"
 #include "core/script/numeric/float_math.h"
 

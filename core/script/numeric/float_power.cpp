@@ -1,3 +1,7 @@
+// x^y = 2^(y * log2 x): the logarithm by table and polynomial as in float_exp_log.cpp, kept in double so that its
+// error, which the product with y enlarges, stays below what a float shows; then 2 to that power by the same table as
+// e^x. A negative x is allowed for whole y. An odd y makes the result negative: `signBias` is a bit that, added to k
+// and shifted with it, lands in the sign of the double that the table gives.
 #include "core/script/numeric/float_internal.h"
 #include "core/script/numeric/float_math.h"
 #include "core/script/numeric/float_tables.h"
@@ -8,8 +12,8 @@ namespace {
 
 constexpr std::uint32_t SignBias = 0x10000;  // reaches the sign of the table's double when added to k
 constexpr double ExponentToCheck = 126.0;
-constexpr double LargestExponent = 0x1.fffffffd1d571p+6;
-constexpr double SmallestExponent = -150.0;
+constexpr double MaxExponent = 0x1.fffffffd1d571p+6;
+constexpr double MinExponent = -150.0;
 
 enum class Whole { No, Odd, Even };
 
@@ -88,8 +92,8 @@ float tavrel_libm_powf(float x, float y) {
     }
     const double exponent = y * Log2(bits);
     if ((BitsOf(exponent) >> 47 & 0xffff) >= BitsOf(ExponentToCheck) >> 47) [[unlikely]] {
-        if (exponent > LargestExponent) return tavrel_libm__math_oflowf(signBias);
-        if (exponent <= SmallestExponent) return tavrel_libm__math_uflowf(signBias);
+        if (exponent > MaxExponent) return tavrel_libm__math_oflowf(signBias);
+        if (exponent <= MinExponent) return tavrel_libm__math_uflowf(signBias);
     }
     return Exp2(exponent, signBias);
 }

@@ -1,3 +1,16 @@
+// Takes the nearest multiple of pi/2 off an argument of any size.
+//
+// Up to 2^28 * pi/2 the multiple n is found by rounding x * 2/pi, and n * pi/2 is taken off in two parts, the first of
+// which has so few bits that its product with n is exact.
+//
+// Beyond that x has no fraction, and a product with pi/2 to double precision would say nothing of the rest. Payne and
+// Hanek's way: of x * 2/pi only the number modulo 8 and the fraction matter. 2/pi is stored to 1584 bits, 24 to an
+// entry. x is a whole number times a power of two, so the leading entries of 2/pi give multiples of 8, which are
+// skipped. The next entries, multiplied by x and added up, give the quadrant and the first bits of the fraction; as
+// many more entries are taken as the wanted precision needs. If the fraction turns out to begin with zeros, that is x
+// is close to a multiple of pi/2, entries are added until enough bits are left. A fraction above 1/2 is replaced by its
+// distance to 1, with the quadrant one higher and the sign turned. At the end the fraction times pi/2 is the rest.
+// Sums are held in doubles whose digits of 24 bits leave room, so that every product and sum up to the last is exact.
 #include "core/script/numeric/float_internal.h"
 #include "core/script/numeric/float_math.h"
 
@@ -21,7 +34,7 @@ constexpr double PIo2[8] = {0x1.921fb4p+0,  0x1.4442dp-24,   0x1.846988p-48,  0x
 // The terms to start with, less one, by the precision asked for.
 constexpr int init_jk[4] = {2, 3, 4, 6};
 
-constexpr int MostTerms = 20;
+constexpr int MaxTerms = 20;
 constexpr double TwoTo24 = 0x1p+24;
 constexpr double TwoToMinus24 = 0x1p-24;
 
@@ -66,10 +79,10 @@ private:
     int precision;
     int quadrant = 0;
     int half = 0;  // above 0 when the fraction passed 1/2 and was taken from 1
-    double chunks[MostTerms] = {};
-    double products[MostTerms] = {};      // of x and 2/pi, the most significant first
-    std::int32_t digits[MostTerms] = {};  // of 24 bits, the least significant first
-    double parts[MostTerms] = {};         // of the result, the most significant first
+    double chunks[MaxTerms] = {};
+    double products[MaxTerms] = {};      // of x and 2/pi, the most significant first
+    std::int32_t digits[MaxTerms] = {};  // of 24 bits, the least significant first
+    double parts[MaxTerms] = {};         // of the result, the most significant first
 };
 
 LargeReduction::LargeReduction(const double* pieces, int count, int firstExponent, int wantedPrecision)

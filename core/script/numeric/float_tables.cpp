@@ -1,3 +1,4 @@
+// The tables of the float functions, as published. Nothing here is computed: a changed bit changes results.
 #include "core/script/numeric/float_tables.h"
 
 #include "core/script/numeric/float_rules.h"

@@ -1,3 +1,7 @@
+// Sine, cosine and tangent: the nearest multiple of pi/2 is taken off in double, a polynomial in double gives the sine
+// or cosine of the rest, and the multiple says which of the two it is and with which sign. Multiples up to 4 are
+// constants; larger arguments go to float_reduction.cpp. The order of the operations in the polynomials decides the
+// last bit and may not change.
 #include "core/script/numeric/float_internal.h"
 #include "core/script/numeric/float_math.h"
 

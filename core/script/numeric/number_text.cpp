@@ -1,3 +1,15 @@
+// Reals to text and back in double arithmetic. Everything rests on a few facts about doubles: whole numbers below 2^53
+// and the powers of ten up to 10^22 are exact in them, and a product or quotient of two doubles is rounded once. Each
+// step below is one such operation in a fixed order, so every machine gives the same bits; some results are a last
+// place off the best one, and are meant to be.
+//
+// Reading: up to 19 significant digits go into a 64-bit mantissa and the rest only into the exponent; the mantissa,
+// rounded to a double, is multiplied or divided by exact powers of ten in steps of at most 22; and the double is
+// rounded to a float.
+//
+// Writing: for 1, 2, ... 9 significant digits the value is scaled to a whole number of that many digits, laid out as
+// text and read back; the first text that gives the same float is the shortest. Nine digits
+// are as many as a float needs.
 #include "core/script/numeric/number_text.h"
 
 #include <algorithm>
@@ -13,16 +25,16 @@ namespace {
 // Every power of ten that a double holds exactly.
 constexpr std::array<double, 23> ExactPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr int LargestExact = 22;
+constexpr int MaxExact = 22;
 
-constexpr double LargestFloat = 3.4028234663852886e38;
+constexpr double MaxFloat = 3.4028234663852886e38;
 constexpr int MantissaDigits = 19;  // as many as always fit 64 bits
 constexpr int ExponentSaturation = 9999;
-constexpr int LargestPrecision = 8;  // one less than the most significant digits
-constexpr int LowestExponent = -40;
-constexpr int HighestExponent = 40;
-constexpr int LowestPlainExponent = -5;  // from here to the highest, no "e" is written
-constexpr int HighestPlainExponent = 8;
+constexpr int MaxPrecision = 8;  // one less than the most significant digits
+constexpr int MinExponent = -40;
+constexpr int MaxExponent = 40;
+constexpr int MinPlainExponent = -5;  // from here to the highest, no "e" is written
+constexpr int MaxPlainExponent = 8;
 
 bool IsDigit(char c) {
     return c >= '0' && c <= '9';
@@ -98,13 +110,13 @@ double ToDouble(std::uint64_t mantissa) {
 
 // Scales in steps of at most 10^22. Stops where further steps would not change the outcome, however long the exponent.
 double Scale(double value, std::int64_t exponent) {
-    while (exponent > 0 && value <= LargestFloat) {
-        const auto step = std::min<std::int64_t>(exponent, LargestExact);
+    while (exponent > 0 && value <= MaxFloat) {
+        const auto step = std::min<std::int64_t>(exponent, MaxExact);
         value = value * ExactPowers[static_cast<std::size_t>(step)];
         exponent -= step;
     }
     while (exponent < 0 && value != 0) {
-        const auto step = std::min<std::int64_t>(-exponent, LargestExact);
+        const auto step = std::min<std::int64_t>(-exponent, MaxExact);
         value = value / ExactPowers[static_cast<std::size_t>(step)];
         exponent += step;
     }
@@ -113,15 +125,15 @@ double Scale(double value, std::int64_t exponent) {
 
 int DecimalExponent(double value) {
     int exponent = 0;
-    while (exponent < HighestExponent && value >= PowerOfTen(exponent + 1)) ++exponent;
-    while (exponent > LowestExponent && PowerOfTen(exponent) > value) --exponent;
+    while (exponent < MaxExponent && value >= PowerOfTen(exponent + 1)) ++exponent;
+    while (exponent > MinExponent && PowerOfTen(exponent) > value) --exponent;
     return exponent;
 }
 
 // `digits` is a number from 1 to 9.99 with its point left out, to be shown as that number * 10 ^ exponent.
 std::string Layout(const std::string& digits, int exponent) {
     std::string text;
-    if (exponent < LowestPlainExponent || exponent > HighestPlainExponent) {
+    if (exponent < MinPlainExponent || exponent > MaxPlainExponent) {
         text.append(digits, 0, 1);
         if (digits.size() > 1) text.append(".").append(digits, 1);
         return text.append("e").append(IntegerToText(exponent));
@@ -154,11 +166,11 @@ bool ReadsBackTo(const std::string& text, double value) {
 double PowerOfTen(int exponent) {
     unsigned int rest = exponent < 0 ? 0u - static_cast<unsigned int>(exponent) : static_cast<unsigned int>(exponent);
     double power = 1;
-    if (rest <= LargestExact) {
+    if (rest <= MaxExact) {
         power = ExactPowers[rest];
     } else {
-        power = ExactPowers[LargestExact];
-        for (rest -= LargestExact; rest > LargestExact; rest -= LargestExact) power = power * ExactPowers[LargestExact];
+        power = ExactPowers[MaxExact];
+        for (rest -= MaxExact; rest > MaxExact; rest -= MaxExact) power = power * ExactPowers[MaxExact];
         power = power * ExactPowers[rest];
     }
     return exponent < 0 ? 1.0 / power : power;
@@ -175,8 +187,8 @@ bool ParseRealDigits(std::string_view text, float& out) {
         return true;
     }
     const double magnitude = Scale(ToDouble(reader.mantissa), reader.exponent);
-    const bool fits = magnitude <= LargestFloat;
-    const auto nearest = static_cast<float>(fits ? magnitude : LargestFloat);
+    const bool fits = magnitude <= MaxFloat;
+    const auto nearest = static_cast<float>(fits ? magnitude : MaxFloat);
     out = negative ? -nearest : nearest;
     return fits;
 }
@@ -198,10 +210,10 @@ std::string RealToText(float value) {
     if (value == 0) return "0";
     const std::string sign = value < 0 ? "-" : "";
     const double magnitude = value < 0 ? -static_cast<double>(value) : static_cast<double>(value);
-    if (magnitude > LargestFloat) return sign + "inf";
+    if (magnitude > MaxFloat) return sign + "inf";
     const int exponent = DecimalExponent(magnitude);
     std::string text;
-    for (int precision = 0; precision <= LargestPrecision; ++precision) {
+    for (int precision = 0; precision <= MaxPrecision; ++precision) {
         text = TextAtPrecision(magnitude, exponent, precision);
         if (ReadsBackTo(text, magnitude)) break;
     }

@@ -1,3 +1,5 @@
+// Code as text, one line for an instruction: its index, the operation, its operands. Only the operands that op.def
+// gives an operation are shown, `c` in words where it points into a table. Bad code is listed as far as it can be read.
 #include "core/script/program/listing.h"
 
 #include <bit>

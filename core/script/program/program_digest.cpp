@@ -1,3 +1,6 @@
+// The program as one flat run of bytes, which is hashed whole. What is written, and in which order, is the identity: a
+// field that is added, left out or moved here changes every digest. Numbers are written byte by byte, low byte first;
+// counts and texts carry their sizes, so that no two programs give the same bytes.
 #include "core/script/program/program_digest.h"
 
 #include <cstring>
@@ -20,6 +23,12 @@ public:
     }
 
     void I32(std::int32_t value) { U32(static_cast<std::uint32_t>(value)); }
+
+    // An index by its number, -1 for none.
+    template <class Tag>
+    void Id(Index<Tag> index) {
+        I32(index.value);
+    }
 
     void U64(std::uint64_t value) {
         for (int shift = 0; shift < 64; shift += 8) Byte(static_cast<std::uint8_t>(value >> shift));
@@ -61,7 +70,7 @@ void AddFunctions(Stream& stream, const Program& program) {
         stream.Text(function.name);
         stream.I32(function.params);
         stream.I32(function.locals);
-        stream.I32(function.returnType);
+        stream.Id(function.returnType);
         stream.Code(function.code);
     }
 }
@@ -77,7 +86,7 @@ void AddGlobals(Stream& stream, const Program& program) {
     stream.Count(program.globals.size());
     for (const GlobalInfo& global : program.globals) {
         stream.Text(global.name);
-        stream.I32(global.type);
+        stream.Id(global.type);
         stream.Byte(static_cast<std::uint8_t>(global.category));
     }
 }
@@ -89,7 +98,7 @@ void AddTypes(Stream& stream, const Program& program) {
         stream.Count(record.fieldNames.size());
         for (std::size_t field = 0; field < record.fieldNames.size(); ++field) {
             stream.Text(record.fieldNames[field]);
-            stream.I32(record.fieldTypes[field]);
+            stream.Id(record.fieldTypes[field]);
         }
     }
     stream.Count(program.enums.size());
@@ -120,37 +129,32 @@ void AddBehaviours(Stream& stream, const Program& program) {
         stream.Count(behaviour.fieldNames.size());
         for (std::size_t field = 0; field < behaviour.fieldNames.size(); ++field) {
             stream.Text(behaviour.fieldNames[field]);
-            stream.I32(behaviour.fieldTypes[field]);
+            stream.Id(behaviour.fieldTypes[field]);
             stream.Byte(static_cast<std::uint8_t>(behaviour.fieldCategories[field]));
         }
-        for (std::int32_t hook : behaviour.hooks) stream.I32(hook);
+        for (FunctionId hook : behaviour.hooks) stream.Id(hook);
     }
 }
 
-std::vector<std::size_t> PublishedGlobals(const Program& program) {
+// The places from 0 to `count` at which `isPublished` holds, ascending.
+template <class Test>
+std::vector<std::size_t> Published(std::size_t count, Test isPublished) {
     std::vector<std::size_t> published;
-    for (std::size_t i = 0; i < program.globals.size(); ++i) {
-        if (program.globals[i].published) published.push_back(i);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (isPublished(i)) published.push_back(i);
     }
     return published;
 }
 
-std::vector<std::size_t> PublishedFields(const BehaviourInfo& behaviour) {
-    std::vector<std::size_t> published;
-    for (std::size_t i = 0; i < behaviour.fieldPublished.size(); ++i) {
-        if (behaviour.fieldPublished[i]) published.push_back(i);
-    }
-    return published;
-}
-
-// Stands in the stream only when something is published, so that a program without published variables keeps the
-// identity it had before there were any.
+// A section of its own at the end, left out when nothing is published: such a program has nothing to tell here.
 void AddPublished(Stream& stream, const Program& program) {
-    std::vector<std::size_t> globals = PublishedGlobals(program);
+    const std::vector<std::size_t> globals =
+        Published(program.globals.size(), [&](std::size_t i) { return program.globals[i].published; });
     std::vector<std::vector<std::size_t>> fields;
     bool any = !globals.empty();
     for (const BehaviourInfo& behaviour : program.behaviours) {
-        fields.push_back(PublishedFields(behaviour));
+        const std::vector<bool>& flags = behaviour.fieldPublished;
+        fields.push_back(Published(flags.size(), [&](std::size_t i) -> bool { return flags[i]; }));
         any = any || !fields.back().empty();
     }
     if (!any) return;
@@ -183,8 +187,8 @@ Digest DigestOf(const Program& program) {
     AddTypes(stream, program);
     AddActions(stream, program);
     AddBehaviours(stream, program);
-    for (std::int32_t hook : program.hooks) stream.I32(hook);
-    stream.I32(program.initializer);
+    for (FunctionId hook : program.hooks) stream.Id(hook);
+    stream.Id(program.initializer);
     AddPublished(stream, program);
     return stream.Hash();
 }
