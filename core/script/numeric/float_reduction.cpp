@@ -10,7 +10,8 @@
 // many more entries are taken as the wanted precision needs. If the fraction turns out to begin with zeros, that is x
 // is close to a multiple of pi/2, entries are added until enough bits are left. A fraction above 1/2 is replaced by its
 // distance to 1, with the quadrant one higher and the sign turned. At the end the fraction times pi/2 is the rest.
-// Sums are held in doubles whose digits of 24 bits leave room, so that every product and sum up to the last is exact.
+// A double has room for the product of two numbers of 24 bits and for sums of a few of them, so everything before the
+// multiplication by pi/2 is exact.
 #include "core/script/numeric/float_internal.h"
 #include "core/script/numeric/float_math.h"
 

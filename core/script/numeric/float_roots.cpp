@@ -1,9 +1,10 @@
 // Square roots in whole numbers only, by Goldschmidt's iteration, rounded correctly.
 // With m the mantissa and y near 1/sqrt(m), let s = m * y, near sqrt(m). Then u = 3 - s * y is near 2, and y * u / 2
 // and s * u / 2 are nearer to what they are meant to be, with twice as many good bits each time. The table gives the
-// first 7 bits or so. All numbers are fractions: the comment at each says how many bits stand before the point, and
-// HighProduct keeps the upper half of a product. The last step leaves a root that is too small by at most a little over
-// one last place, and an exact remainder says whether to round up. Odd exponents are made even by doubling m.
+// first 7 bits or so. All numbers are fractions: y has no bits before the point, the others have two, and a shift
+// behind HighProduct, which keeps the upper half of a product, halves and puts the point back. The last step leaves a
+// root that is too small by at most a little over one last place, and an exact remainder says whether to round up. Odd
+// exponents are made even by doubling m.
 #include "core/script/numeric/float_internal.h"
 #include "core/script/numeric/float_math.h"
 #include "core/script/numeric/float_tables.h"

@@ -23,4 +23,10 @@ bool IsWord(const Token& token, Word word) {
     return size >= text.size() && size <= 2 * text.size() && FoldLower(token.text) == text;
 }
 
+HookHead HookHeadOf(const Token& first, const Token& second) {
+    if (IsWord(first, Word::On)) return HookHead::Event;
+    if (IsWord(first, Word::Camera)) return HookHead::Camera;
+    return IsWord(first, Word::A) && IsWord(second, Word::Each) ? HookHead::Periodic : HookHead::None;
+}
+
 }  // namespace tavrel::core::script

@@ -20,4 +20,16 @@ enum class Word : std::uint8_t {
 // Whether a token is a name that spells `word`, in any case and with any accents ("Até", "ATE", "ate").
 [[nodiscard]] bool IsWord(const Token& token, Word word);
 
+// The three ways in which a hook begins.
+enum class HookHead : std::uint8_t {
+    None,
+    Event,     // "ao", before the words of the hook
+    Periodic,  // "a cada", before the period
+    Camera,    // "camera"
+};
+
+// What the first two tokens of a line begin, going by their words alone. Whether a hook stands there is decided by what
+// follows, and the formatter, which also takes lines that do not parse, decides that more loosely than the parser.
+[[nodiscard]] HookHead HookHeadOf(const Token& first, const Token& second);
+
 }  // namespace tavrel::core::script

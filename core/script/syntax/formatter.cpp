@@ -13,7 +13,7 @@
 #include <string_view>
 #include <utility>
 
-#include "core/script/source/fold.h"
+#include "core/script/syntax/contextual_words.h"
 #include "core/script/syntax/lexer.h"
 #include "core/script/syntax/token.h"
 
@@ -45,42 +45,27 @@ std::span<const Token> WithoutLastComments(std::span<const Token> tokens) {
 }
 
 bool StandsOneLevelOut(Tok first) {
-    return first == Tok::Senao || first == Tok::Fim || first == Tok::Caso;
+    const BlockRole role = RoleOf(first);
+    return role == BlockRole::Divides || role == BlockRole::Ends;
 }
 
 bool BeginsBlock(Tok first) {
-    switch (first) {
-        case Tok::Se:
-        case Tok::Senao:
-        case Tok::Enquanto:
-        case Tok::Para:
-        case Tok::Escolha:
-        case Tok::Caso:
-        case Tok::Funcao:
-        case Tok::Procedimento:
-        case Tok::Registro:
-        case Tok::Comportamento:
-        case Tok::Estado:
-        case Tok::Visual:
-        case Tok::Progresso: return true;
-        default: return false;
-    }
-}
-
-// An accent doubles a letter's bytes at most, so that the size tells most other names apart without a folded copy.
-bool IsHookWord(std::string_view word, std::string_view hookWord) {
-    return word.size() >= hookWord.size() && word.size() <= 2 * hookWord.size() && FoldLower(word) == hookWord;
+    const BlockRole role = RoleOf(first);
+    return role == BlockRole::Begins || role == BlockRole::Divides;
 }
 
 bool BeginsHook(std::span<const Token> code) {
-    const std::string_view word = code[0].text;
-    if (code.size() == 1) return IsHookWord(word, "camera");
-    if (IsHookWord(word, "ao")) return true;
-    return code.size() >= 3 && IsHookWord(word, "a") && code[1].kind == Tok::Name && IsHookWord(code[1].text, "cada");
+    switch (HookHeadOf(code[0], code.size() > 1 ? code[1] : Token())) {
+        case HookHead::Event: return code.size() > 1;
+        case HookHead::Periodic: return code.size() > 2;
+        case HookHead::Camera: return code.size() == 1;
+        case HookHead::None: return false;
+    }
+    return false;
 }
 
 bool OpensHook(std::span<const Token> code) {
-    if (code.empty() || code[0].kind != Tok::Name || !BeginsHook(code)) return false;
+    if (code.empty() || !BeginsHook(code)) return false;
     return std::none_of(code.begin(), code.end(), [](const Token& token) { return token.kind == Tok::Assign; });
 }
 
@@ -142,16 +127,16 @@ bool WantsBlank(const Place& place, bool opensHook) {
 
 // A few bytes per line may ask for an indentation as deep as there are lines before it, which grows with the square
 // of the source. No script that people keep comes near this.
-std::size_t LargestLayout(std::size_t sourceSize) {
+std::size_t MaxLayout(std::size_t sourceSize) {
     constexpr std::size_t AlwaysFine = 32U << 20U;
-    constexpr std::size_t MostGrowth = 16;
-    return std::min(MaxSourceSize, AlwaysFine + MostGrowth * sourceSize);
+    constexpr std::size_t MaxGrowth = 16;
+    return std::min(MaxSourceSize, AlwaysFine + MaxGrowth * sourceSize);
 }
 
 class Formatter {
 public:
     Formatter(const SourceFile& file, const TokenList& list)
-        : source(file), tokens(list.tokens), limit(LargestLayout(file.text.size())) {}
+        : source(file), tokens(list.tokens), limit(MaxLayout(file.text.size())) {}
 
     // False when the layout is larger than the limit; `out` is then left alone.
     bool Run(Diagnostics& diagnostics, std::string& out);

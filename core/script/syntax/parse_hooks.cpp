@@ -45,8 +45,13 @@ std::optional<HookKind> FindHook(std::string_view words) {
 }  // namespace
 
 bool Parser::CheckHook() const {
-    if (CheckAhead(1, Tok::Newline)) return CheckWord(Word::Camera);
-    return CheckAhead(1, Tok::Name) && (CheckWord(Word::On) || (CheckWord(Word::A) && CheckWord(Word::Each, 1)));
+    switch (HookHeadOf(Current(), Ahead(1))) {
+        case HookHead::Event: return CheckAhead(1, Tok::Name);
+        case HookHead::Periodic: return true;
+        case HookHead::Camera: return CheckAhead(1, Tok::Newline);
+        case HookHead::None: return false;
+    }
+    return false;
 }
 
 void Parser::ParseHook(Section& section, bool inBehaviour) {
@@ -64,8 +69,9 @@ void Parser::ParseHook(Section& section, bool inBehaviour) {
 
 // False, after a report, when the words are those of no hook.
 bool Parser::ParseHookHead(HookKind& kind) {
-    if (CheckWord(Word::On)) return ParseEventHead(kind);
-    if (CheckWord(Word::A)) return ParsePeriodicHead(kind);
+    const HookHead head = HookHeadOf(Current(), Ahead(1));
+    if (head == HookHead::Event) return ParseEventHead(kind);
+    if (head == HookHead::Periodic) return ParsePeriodicHead(kind);
     kind = HookKind::Camera;
     Advance();
     return true;

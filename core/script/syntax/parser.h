@@ -48,7 +48,7 @@ private:
     [[nodiscard]] bool Check(Tok kind) const { return Current().kind == kind; }
     [[nodiscard]] bool CheckAhead(std::size_t count, Tok kind) const { return Ahead(count).kind == kind; }
     // A contextual word.
-    [[nodiscard]] bool CheckWord(Word word, std::size_t ahead = 0) const { return IsWord(Ahead(ahead), word); }
+    [[nodiscard]] bool CheckWord(Word word) const { return IsWord(Current(), word); }
     // The "nome:" that begins a variable.
     [[nodiscard]] bool CheckVariable() const { return Check(Tok::Name) && CheckAhead(1, Tok::Colon); }
     [[nodiscard]] bool CheckLineEnd() const { return Check(Tok::Newline) || Check(Tok::End); }
