@@ -1,3 +1,5 @@
+// How reports are stored and written out. A place is worked out when a report comes in, since the source may be gone
+// when it is printed; past the limit nothing is worked out at all.
 #include "core/script/source/diagnostics.h"
 
 #include <utility>

@@ -1,3 +1,5 @@
+// Folding by a table of the accented letters. All of them are two bytes of UTF-8 with the same first byte, so most
+// bytes pass after one comparison, and the table is searched by the second byte.
 #include "core/script/source/fold.h"
 
 #include <algorithm>

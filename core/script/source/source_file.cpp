@@ -1,3 +1,5 @@
+// Line starts are gathered in one pass when the file is made; a line is then found by binary search, and a column by
+// counting characters from the start of the line.
 #include "core/script/source/source_file.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// The rows of the world's table, data only. The order is part of it: compiled programs number records and enumerations
+// by it. Ids never change; a new row takes a new one. The last two columns of a function say where it may be called and
+// whether it changes the world.
 #include "core/script/world/world_api_rows.h"
 
 namespace tavrel::core::script {
