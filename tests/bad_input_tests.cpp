@@ -323,11 +323,11 @@ TEST(BadInput, AFormattedLinkStaysALink) {
     fs::create_directory(folder.path / "pasta");
     WriteFile(folder.path / "pasta" / "m.tvl", "modulo  M\n");
     fs::create_symlink("pasta/m.tvl", folder.path / "um.tvl");
-    fs::create_symlink("um.tvl", folder.path / "dois.tvl");
+    fs::create_symlink("../um.tvl", folder.path / "pasta" / "dois.tvl");
     fs::create_symlink("laco.tvl", folder.path / "laco.tvl");
-    EXPECT_EQ(RunTool({"formatar", "dois.tvl"}, folder.path).out,
-              "dois.tvl: arrumado\n1 arquivo(s) no formato, 1 arrumado(s)\n");
-    EXPECT_EQ(fs::read_symlink(folder.path / "dois.tvl"), "um.tvl");
+    EXPECT_EQ(RunTool({"formatar", "pasta/dois.tvl"}, folder.path).out,
+              "pasta/dois.tvl: arrumado\n1 arquivo(s) no formato, 1 arrumado(s)\n");
+    EXPECT_EQ(fs::read_symlink(folder.path / "pasta" / "dois.tvl"), "../um.tvl");
     EXPECT_EQ(fs::read_symlink(folder.path / "um.tvl"), "pasta/m.tvl");
     EXPECT_EQ(ReadFile(folder.path / "pasta" / "m.tvl"), "modulo M\n");
     const Finished finished = RunTool({"formatar", "laco.tvl"}, folder.path);

@@ -23,6 +23,8 @@ namespace {
 namespace fs = std::filesystem;
 using core::script::FormatResult;
 
+constexpr int MaxLinks = 40;  // no system follows more from one name
+
 struct Counts {
     std::int32_t failed = 0;
     std::int32_t changed = 0;
@@ -64,12 +66,16 @@ bool RefuseToWrite(const fs::path& path, const std::string& reason) {
     return false;
 }
 
-// The file that a name stands for: behind a link what it leads to, however many links on, else the name itself. False
-// where the links lead nowhere, which can only have happened since the file was read.
+// The file that a name stands for: behind a link what it leads to, however many links on, else the name itself. One
+// link at a time, since a resolved path would begin at the root, and folders up there may be closed to this user. False
+// where the links do not end at the file that was read: it went away since, or it had no name any more.
 bool FollowLinks(const fs::path& path, fs::path& target) {
+    target = path;
     std::error_code error;
-    target = fs::is_symlink(fs::symlink_status(path, error)) ? fs::canonical(path, error) : path;
-    return !error;
+    for (int links = 0; links < MaxLinks && fs::is_symlink(fs::symlink_status(target, error)); ++links) {
+        target = target.parent_path() / fs::read_symlink(target, error);
+    }
+    return target == path || fs::equivalent(path, target, error);
 }
 
 bool Write(const fs::path& path, const std::string& text) {
