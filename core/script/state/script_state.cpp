@@ -19,7 +19,8 @@ namespace {
 constexpr std::uint32_t StateFormat = 1;
 // So many values beyond those of the heap are written without a question.
 constexpr std::uint64_t UnaskedValues = std::uint64_t{1} << 20U;
-// Once it has been asked, what all walks of one state may write together: hashed and listed in a minute or two.
+// Once it has been asked, what all walks of one state may write together: hashed and listed in two or three minutes,
+// and in ten where they are colours, of four numbers each.
 constexpr std::uint64_t MaxValues = std::uint64_t{1} << 30U;
 
 constexpr std::array<const char*, 3> PlaneNames{".x", ".z", ""};
@@ -30,16 +31,16 @@ constexpr std::array<const char*, 4> ColorNames{".r", ".g", ".b", ".a"};
 class StateWriter {
 public:
     StateWriter(CanonicalWriter& givenOut, const Program& givenProgram, const Heap& givenHeap)
-        : out(givenOut), program(givenProgram), heap(givenHeap), left(UnaskedValues) {
-        for (const HeapObject& object : heap.objects) {
-            left += object.items.size() + object.keys.size() + object.text.size() / TextBytesPerValue + 1;
-        }
-    }
+        : out(givenOut),
+          program(givenProgram),
+          heap(givenHeap),
+          left(UnaskedValues + givenHeap.bytes / Heap::ItemCost) {}
 
     void Write(const std::string& name, const Value& value) {
         if (refused) return;
         path = name;
         root = value;
+        rootNameBytes = name.size();
         if (weights == nullptr || Admit()) WriteAt(value, 0);
     }
 
@@ -61,6 +62,7 @@ private:
     std::uint64_t admitted = 0;            // values of the roots that were asked about
     bool refused = false;
     Value root;  // holds no reference: it stands where the caller has it
+    std::size_t rootNameBytes = 0;
     std::string path;
 };
 
@@ -102,7 +104,7 @@ bool StateWriter::Spend(std::uint64_t values) {
 
 // Whether the walk from this root may go on to its end, together with those admitted before it.
 bool StateWriter::Admit() {
-    admitted += weights->Of(root);
+    admitted += weights->Of(root, rootNameBytes);
     if (admitted <= MaxValues) return true;
     Refuse();
     return false;

@@ -11,10 +11,10 @@ namespace tavrel::core::script {
 
 namespace {
 
-// Each sum stops here, and a label counts as so many bytes at most, so that the product of the two stays within 64
-// bits.
-constexpr std::uint64_t MaxWeight = std::uint64_t{1} << 40U;
-constexpr std::uint64_t MaxLabelBytes = std::uint64_t{1} << 16U;
+// Each sum stops here, and a part of a path counts as so many bytes at most, so that the product of the two stays well
+// within 64 bits.
+constexpr std::uint64_t MaxWeight = std::uint64_t{1} << 31U;
+constexpr std::uint64_t MaxPartBytes = std::uint64_t{1} << 31U;
 
 constexpr std::uint64_t IndexBytes = 12;     // "[" and "]" around an index of any heap
 constexpr std::uint64_t KeyLabelBytes = 18;  // the same, and ".chave"
@@ -39,9 +39,10 @@ WalkWeights::WalkWeights(const Program& givenProgram, const Heap& givenHeap)
     }
 }
 
-std::uint64_t WalkWeights::Of(const Value& value) const {
-    const Weight weight = WeightOf(value);
-    return std::min(weight.values + weight.pathBytes / PathBytesPerValue, MaxWeight);
+std::uint64_t WalkWeights::Of(const Value& value, std::uint64_t nameBytes) const {
+    Weight all{0, 0};
+    Add(all, WeightOf(value), nameBytes);
+    return std::min(all.values + all.pathBytes / PathBytesPerValue, MaxWeight);
 }
 
 // Lets walks go one level further down. False when that changed nothing.
@@ -73,12 +74,13 @@ WalkWeights::Weight WalkWeights::WeightOf(const HeapObject& object) const {
 
 std::uint64_t WalkWeights::LabelBytes(const HeapObject& object, std::size_t item) const {
     const std::string* name = object.kind == Kind::Record ? FieldName(program, object, item) : nullptr;
-    return name == nullptr ? IndexBytes : std::min<std::uint64_t>(name->size() + 1, MaxLabelBytes);
+    return name == nullptr ? IndexBytes : name->size() + 1;
 }
 
-void WalkWeights::Add(Weight& sum, const Weight& held, std::uint64_t labelBytes) {
+void WalkWeights::Add(Weight& sum, const Weight& held, std::uint64_t partBytes) {
+    const std::uint64_t ownBytes = held.values * std::min(partBytes, MaxPartBytes);
     sum.values = std::min(sum.values + held.values, MaxWeight);
-    sum.pathBytes = std::min(sum.pathBytes + held.pathBytes + held.values * labelBytes, MaxWeight * PathBytesPerValue);
+    sum.pathBytes = std::min(sum.pathBytes + held.pathBytes + ownBytes, MaxWeight * PathBytesPerValue);
 }
 
 }  // namespace tavrel::core::script

@@ -29,9 +29,10 @@ public:
     // Takes time in proportion to the heap times the depth of what stands in it, at most MaxStateDepth.
     WalkWeights(const Program& program, const Heap& heap);
 
-    // The values that a walk from `value` at depth 0 writes, long texts and paths counted as told above. An estimate
-    // from above by a few bytes of path for each value; numbers beyond 2^40 come as 2^40.
-    [[nodiscard]] std::uint64_t Of(const Value& value) const;
+    // The values that a walk from `value` at depth 0 writes, long texts and paths counted as told above; each path
+    // begins with a name of `nameBytes`. An estimate from above by a few bytes of path for each value; numbers beyond
+    // 2^31 come as 2^31.
+    [[nodiscard]] std::uint64_t Of(const Value& value, std::uint64_t nameBytes) const;
 
 private:
     struct Weight {
@@ -45,7 +46,7 @@ private:
     [[nodiscard]] Weight WeightOf(const Value& value) const;
     [[nodiscard]] Weight WeightOf(const HeapObject& object) const;
     [[nodiscard]] std::uint64_t LabelBytes(const HeapObject& object, std::size_t item) const;
-    static void Add(Weight& sum, const Weight& held, std::uint64_t labelBytes);
+    static void Add(Weight& sum, const Weight& held, std::uint64_t partBytes);
 
     const Program& program;
     const Heap& heap;

@@ -142,13 +142,15 @@ TEST(ScriptState, KnowsHowMuchAWalkWrites) {
     const Value itself = ListOf(heap, 3, MakeInt(1));
     heap.Append(heap.At(itself), itself);
     for (const Value& value : {MakeInt(1), Doubled(heap, 12), ListOf(heap, 5, Doubled(heap, 1)), itself}) {
-        CanonicalWriter writer(true);
-        WriteScriptValue(writer, program, heap, "", value);
-        std::uint64_t pathBytes = 0;
-        for (const CanonicalField& field : writer.fields) pathBytes += field.name.size();
-        const std::uint64_t weight = WalkWeights(program, heap).Of(value);
-        EXPECT_GE(weight, writer.fields.size() + pathBytes / PathBytesPerValue / 2);
-        EXPECT_LE(weight, writer.fields.size() + pathBytes * 4 / PathBytesPerValue);
+        for (const std::string& name : {std::string(), std::string(1000, 'n')}) {
+            CanonicalWriter writer(true);
+            WriteScriptValue(writer, program, heap, name, value);
+            std::uint64_t pathBytes = 0;
+            for (const CanonicalField& field : writer.fields) pathBytes += field.name.size();
+            const std::uint64_t weight = WalkWeights(program, heap).Of(value, name.size());
+            EXPECT_GE(weight, writer.fields.size() + pathBytes / PathBytesPerValue / 2);
+            EXPECT_LE(weight, writer.fields.size() + pathBytes * 4 / PathBytesPerValue);
+        }
     }
 }
 
