@@ -22,7 +22,7 @@ enum class FormatResult : std::uint8_t {
 // `diagnostics`; pass a fresh one.
 [[nodiscard]] FormatResult TryFormat(const SourceFile& source, Diagnostics& diagnostics, std::string& out);
 
-// The same for callers to whom every refusal is one: true when the layout was made.
+// The same where the reason of a refusal does not matter: true when the layout was made.
 [[nodiscard]] bool Format(const SourceFile& source, Diagnostics& diagnostics, std::string& out);
 
 }  // namespace tavrel::core::script
