@@ -6,7 +6,14 @@
 namespace tavrel::core::script {
 
 // The numbers enter program digests.
-enum class Comparison : std::uint8_t { Equal = 0, NotEqual = 1, Less = 2, LessEqual = 3, Greater = 4, GreaterEqual = 5 };
+enum class Comparison : std::uint8_t {
+    Equal = 0,
+    NotEqual = 1,
+    Less = 2,
+    LessEqual = 3,
+    Greater = 4,
+    GreaterEqual = 5
+};
 
 // The comparison that holds exactly where the other does not, NaN aside.
 constexpr Comparison Opposite(Comparison comparison) {
