@@ -63,7 +63,7 @@ TypeId CompileVectorField(Body& body, const Expr& expr, TypeId left) {
                    kind == Kind::Color ? "os campos de uma cor sao r, g, b e a" : "os campos sao x, y e z");
         return FailedType;
     }
-    body.code.EmitCount(Op::VecGet, component, expr.span);
+    body.code.EmitCount(Op::VecGet, static_cast<std::size_t>(component), expr.span);
     return RealType;
 }
 
@@ -109,8 +109,14 @@ TypeId CompileField(Body& body, const Expr& expr, TypeId left) {
             body.Error(expr.span, body.TypeName(left) + " nao tem campos",
                        "para chamar um metodo, escreva os parenteses");
             return FailedType;
-        default: body.Error(expr.span, body.TypeName(left) + " nao tem campos"); return FailedType;
+        case Kind::Nothing:
+        case Kind::Int:
+        case Kind::Real:
+        case Kind::Bool:
+        case Kind::Text:
+        case Kind::Enum: body.Error(expr.span, body.TypeName(left) + " nao tem campos"); break;
     }
+    return FailedType;
 }
 
 void CheckIndex(Body& body, ExprId index, TypeId container, TypeId type) {

@@ -71,7 +71,7 @@ void EmitComponentChange(Body& body, const Stmt& stmt, std::int32_t component) {
         body.Error(body.SpanOf(stmt.value), "o componente de um vetor e um real, e o valor e " + body.TypeName(type),
                    type == IntType ? "escreva real(...) ou ponha um ponto no numero" : "");
     }
-    body.code.EmitCount(Op::VecSet, component, stmt.span);
+    body.code.EmitCount(Op::VecSet, static_cast<std::size_t>(component), stmt.span);
 }
 
 void AssignComponentOfName(Body& body, const Stmt& stmt, const Expr& base, std::int32_t component) {
@@ -93,7 +93,8 @@ void AssignComponentOfName(Body& body, const Stmt& stmt, const Expr& base, std::
             EmitComponentChange(body, stmt, component);
             body.code.EmitIndexed(Op::StoreGlobal, place.index, stmt.span);
             return;
-        default:
+        case PlaceKind::None:  // never: the base has a type
+        case PlaceKind::Local:
             body.code.EmitIndexed(Op::LoadLocal, place.index, stmt.span);
             EmitComponentChange(body, stmt, component);
             body.code.EmitIndexed(Op::StoreLocal, place.index, stmt.span);
