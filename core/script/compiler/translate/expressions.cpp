@@ -55,8 +55,12 @@ TypeId CompileLeaf(Body& body, const Expr& expr) {
         case ExprKind::List: return CompileListLit(body, expr);
         case ExprKind::Dictionary: return CompileDictLit(body, expr);
         case ExprKind::Conversion: return CompileConstruct(body, expr);
-        default: return FailedType;
+        case ExprKind::Unary:
+        case ExprKind::Binary:
+        case ExprKind::Logic:
+        case ExprKind::Index: break;  // never leaves
     }
+    return FailedType;
 }
 
 TypeId CompileOnLeft(Body& body, const Expr& expr, TypeId left, std::size_t first) {
@@ -66,8 +70,17 @@ TypeId CompileOnLeft(Body& body, const Expr& expr, TypeId left, std::size_t firs
         case ExprKind::Logic: return CompileLogical(body, expr, left);
         case ExprKind::Index: return CompileIndex(body, expr, left);
         case ExprKind::Field: return CompileField(body, expr, left);
-        default: return CompileReceiverCall(body, expr, left);
+        case ExprKind::Call: return CompileReceiverCall(body, expr, left);
+        case ExprKind::Integer:
+        case ExprKind::Real:
+        case ExprKind::Logical:
+        case ExprKind::Text:
+        case ExprKind::Name:
+        case ExprKind::List:
+        case ExprKind::Dictionary:
+        case ExprKind::Conversion: break;  // always leaves
     }
+    return FailedType;
 }
 
 }  // namespace

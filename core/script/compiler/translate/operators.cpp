@@ -2,6 +2,8 @@
 // operation.
 #include "core/script/compiler/translate/operators.h"
 
+#include <optional>
+
 #include "core/script/compiler/translate/expressions.h"
 #include "core/script/compiler/translate/promotion.h"
 
@@ -9,13 +11,17 @@ namespace tavrel::core::script {
 
 namespace {
 
-// The operand of Compare, in the order of the tokens from Equal to GreaterEqual.
-std::uint8_t ComparisonOperand(Tok op) {
-    return static_cast<std::uint8_t>(static_cast<int>(op) - static_cast<int>(Tok::Equal));
-}
-
-bool IsComparison(Tok op) {
-    return op >= Tok::Equal && op <= Tok::GreaterEqual;
+// None for an operator of arithmetic.
+std::optional<Comparison> ComparisonOf(Tok op) {
+    switch (op) {
+        case Tok::Equal: return Comparison::Equal;
+        case Tok::NotEqual: return Comparison::NotEqual;
+        case Tok::Less: return Comparison::Less;
+        case Tok::LessEqual: return Comparison::LessEqual;
+        case Tok::Greater: return Comparison::Greater;
+        case Tok::GreaterEqual: return Comparison::GreaterEqual;
+        default: return std::nullopt;
+    }
 }
 
 // The operations of "+", "-", "*", "/" and "%" on two numbers of one type; PushNothing where there is none.
@@ -25,7 +31,8 @@ Op NumberOp(Tok op, bool real) {
         case Tok::Minus: return real ? Op::SubReal : Op::SubInt;
         case Tok::Star: return real ? Op::MulReal : Op::MulInt;
         case Tok::Slash: return real ? Op::DivReal : Op::DivInt;
-        default: return real ? Op::PushNothing : Op::ModInt;
+        case Tok::Percent: return real ? Op::PushNothing : Op::ModInt;
+        default: return Op::PushNothing;
     }
 }
 
@@ -48,14 +55,14 @@ Op ArithmeticOp(const TypeTable& types, Tok op, TypeId left, TypeId right) {
     return left == TextType && op == Tok::Plus ? Op::ConcatText : Op::PushNothing;
 }
 
-TypeId CompileComparison(Body& body, const Expr& expr, TypeId left, TypeId right) {
+TypeId CompileComparison(Body& body, const Expr& expr, Comparison comparison, TypeId left, TypeId right) {
     if (left != right) {
         body.Error(
             expr.span, "nao da para comparar " + body.TypeName(left) + " com " + body.TypeName(right),
             ConversionHint(left, right, "nao ha conversao automatica; escreva real(...) ou inteiro(...) num dos dois"));
         return FailedType;
     }
-    bool equality = expr.op == Tok::Equal || expr.op == Tok::NotEqual;
+    bool equality = comparison == Comparison::Equal || comparison == Comparison::NotEqual;
     if (equality && !body.Types().Comparable(left) && !IsVector(body.KindOf(left))) {
         body.Error(expr.span, body.TypeName(left) + " nao se compara com \"==\"",
                    "compare os campos que interessam, um a um");
@@ -66,7 +73,7 @@ TypeId CompileComparison(Body& body, const Expr& expr, TypeId left, TypeId right
                    "\"<\" e \">\" valem entre inteiro, real e texto");
         return FailedType;
     }
-    body.code.Emit(Op::Compare, ComparisonOperand(expr.op), 0, 0, expr.span);
+    body.code.EmitCompare(comparison, expr.span);
     return BoolType;
 }
 
@@ -132,8 +139,10 @@ TypeId CompileBinary(Body& body, const Expr& expr, TypeId left, std::size_t firs
         left = PromoteLiteral(body, first, middle, left, RealType, expr.left);
     }
     if (left == FailedType || right == FailedType) return FailedType;
-    return IsComparison(expr.op) ? CompileComparison(body, expr, left, right)
-                                 : CompileArithmetic(body, expr, left, right);
+    if (std::optional<Comparison> comparison = ComparisonOf(expr.op)) {
+        return CompileComparison(body, expr, *comparison, left, right);
+    }
+    return CompileArithmetic(body, expr, left, right);
 }
 
 // Short-circuits: the left value stays on the stack as the result when the jump is taken.
