@@ -3,7 +3,8 @@
 #include "core/script/compiler/permissions/reserved_functions.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
+#include <span>
 #include <vector>
 
 #include "core/script/source/fold.h"
@@ -26,8 +27,8 @@ constexpr Permits UpdateMapPermits = {.writes = CategoryMask::Visual | CategoryM
                                       .hooks = HookMask::UpdateMap};
 constexpr Permits FocusPermits = {.reached = true};
 
-const std::array<ReservedRow, ReservedFunctionCount>& ReservedFunctions() {
-    static const std::array<ReservedRow, ReservedFunctionCount> rows = {{
+std::span<const ReservedRow> ReservedFunctions() {
+    static const ReservedRow rows[] = {
         {ReservedFunction::BaseRelief,
          "funcao relevo_base(x: real, z: real): real",
          {"real", "real"},
@@ -50,7 +51,8 @@ const std::array<ReservedRow, ReservedFunctionCount>& ReservedFunctions() {
          {"inteiro"},
          "vetor3",
          FocusPermits},
-    }};
+    };
+    static_assert(std::size(rows) == ReservedFunctionCount, "one row for each reserved function");
     return rows;
 }
 

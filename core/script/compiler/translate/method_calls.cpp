@@ -2,7 +2,6 @@
 #include "core/script/compiler/translate/method_calls.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "core/script/compiler/translate/calls.h"
 #include "core/script/compiler/translate/native_calls.h"
@@ -51,6 +50,20 @@ const MethodRow* FindMethod(const MethodRow (&rows)[Size], std::string_view fold
         std::find_if(rows, rows + Size, [folded](const MethodRow& one) { return one.name == folded; });
     return row == rows + Size ? nullptr : row;
 }
+
+template <std::size_t Size>
+constexpr bool Calls(const MethodRow (&rows)[Size], Native native) {
+    return std::any_of(rows, rows + Size, [native](const MethodRow& row) { return row.native == native; });
+}
+
+// Whether a native is the method of some row, or none at all: the names of methods have a point. The version of a list
+// is read by "para cada" alone.
+constexpr bool IsCallable(Native native, std::string_view name) {
+    return name.find('.') == std::string_view::npos || native == Native::ListVersion || Calls(ListMethods, native) ||
+           Calls(DictMethods, native);
+}
+#define TAVREL_NATIVE(name, number, text) static_assert(IsCallable(Native::name, text), text " has no row");
+#include "core/script/program/native.def"
 
 TypeId PartType(TypeTable& types, Part part, const TypeInfo& receiver) {
     switch (part) {

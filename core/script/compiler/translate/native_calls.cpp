@@ -3,10 +3,8 @@
 #include "core/script/compiler/translate/native_calls.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "core/script/compiler/declare/functions.h"
-#include "core/script/compiler/translate/calls.h"
 #include "core/script/compiler/translate/expressions.h"
 #include "core/script/compiler/translate/operators.h"
 #include "core/script/compiler/translate/promotion.h"
@@ -83,6 +81,16 @@ constexpr NativeRow Rows[] = {
 };
 static_assert(std::is_sorted(std::begin(Rows), std::end(Rows),
                              [](const NativeRow& one, const NativeRow& other) { return one.name < other.name; }));
+
+// Whether scripts call a native of that name by a row here. They reach the others as methods, whose names have a point,
+// and as conversions, which are named like their types.
+constexpr bool IsCallable(std::string_view name) {
+    bool isConversion = name == "texto" || name == "inteiro" || name == "real";
+    return isConversion || name.find('.') != std::string_view::npos ||
+           std::any_of(std::begin(Rows), std::end(Rows), [name](const NativeRow& row) { return row.name == name; });
+}
+#define TAVREL_NATIVE(name, number, text) static_assert(IsCallable(text), text " has no row");
+#include "core/script/program/native.def"
 
 const NativeRow* FindNative(std::string_view folded) {
     const NativeRow* row =
@@ -289,7 +297,6 @@ TypeId CompileNativeCall(Body& body, const Expr& call, NameId name) {
     return FailedType;
 }
 
-// Exactly these types, a number literal standing for a real.
 bool FitsAll(Body& body, NativeCall& native, const std::vector<TypeId>& wanted) {
     if (native.Count() != wanted.size()) return false;
     for (std::size_t i = 0; i < wanted.size(); ++i) {
@@ -298,7 +305,6 @@ bool FitsAll(Body& body, NativeCall& native, const std::vector<TypeId>& wanted) 
     return true;
 }
 
-// Says nothing where an argument failed to fit and has been reported.
 TypeId RefuseNative(Body& body, const NativeCall& native, std::string_view form) {
     return native.Failed() ? FailedType : WrittenAs(body, native.call, native.name, form);
 }
