@@ -1,6 +1,7 @@
+// Files are parsed in the order in which imports first mention them, depth first, and compiled together only when every
+// one of them parsed. A file is known by the fold of its name, so that it is read once however it is written.
 #include "core/script/compiler/build.h"
 
-#include <algorithm>
 #include <unordered_set>
 #include <utility>
 
@@ -12,7 +13,7 @@ namespace tavrel::core::script {
 
 namespace {
 
-// Two import lines that differ only in accents name one file.
+// What an import line would call the main script: its file name without folder and extension, folded.
 std::string MainKey(const std::string& sourceName) {
     std::size_t slash = sourceName.find_last_of("/\\");
     std::string name = slash == std::string::npos ? sourceName : sourceName.substr(slash + 1);

@@ -1,6 +1,8 @@
 // Behaviours: for each one the description of its fields and the record that an instance is at run time.
 #pragma once
 
+#include <cstddef>
+
 #include "core/script/compiler/declare/compiler.h"
 #include "core/script/compiler/declare/declarations.h"
 

@@ -3,7 +3,7 @@
 // runs in the Program.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -1,4 +1,4 @@
-// What a name finds among the declarations where more than one table has a say.
+// The look-ups that go through more than one table of names.
 #include "core/script/compiler/declare/declarations.h"
 
 namespace tavrel::core::script {

@@ -4,6 +4,7 @@
 // stands here leads to them by name.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 

@@ -1,6 +1,8 @@
 // Declared functions.
 #pragma once
 
+#include <cstddef>
+
 #include "core/script/compiler/declare/compiler.h"
 #include "core/script/compiler/declare/declarations.h"
 

@@ -2,6 +2,7 @@
 // table of names in the compiler is then a vector under that number, and a look-up hashes a name once.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>

@@ -2,8 +2,6 @@
 // and across files. The first declaration of a name keeps it.
 #include "core/script/compiler/declare/types.h"
 
-#include <utility>
-
 namespace tavrel::core::script {
 
 namespace {

@@ -1,6 +1,10 @@
 // Records, enumerations and actions of the script, and types as they are written.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "core/script/compiler/declare/compiler.h"
@@ -15,15 +19,17 @@ namespace tavrel::core::script {
 // Declares the fields of the records that CollectTypes gave. A field of a failed type keeps its place.
 void ResolveRecords(Compiler& compiler, Declarations& declarations, const std::vector<RecordId>& records);
 
+// Declares the input actions of every unit. One whose name is taken is reported and dropped.
 void CollectActions(Compiler& compiler, Declarations& declarations);
 
 // The type that is written at a place of a unit; FailedType, reported where that is news, for one that means nothing.
 TypeId ResolveType(Compiler& compiler, const Declarations& declarations, const Unit& where, TypeRefId written);
 
-// Adds a record or an enumeration whose name is free, with its members. `taken` is called with each member that
-// another enumeration has already, by its position.
+// Adds a record without fields to the program. Its name is free.
 RecordId DeclareRecord(Compiler& compiler, Declarations& declarations, const std::string& name);
 
+// Adds an enumeration, whose name is free, and the names of its members. `reportTaken` is called with the position of
+// each member whose name a member has already; the name keeps its first meaning.
 template <class Report>
 void DeclareEnum(Compiler& compiler, Declarations& declarations, EnumInfo info, const Report& reportTaken) {
     EnumId index(compiler.program.enums.size());

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/script/program/kinds.h"
 #include "core/script/program/type_table.h"
-#include "core/script/world/world_api.h"
 
 namespace tavrel::core::script {
 

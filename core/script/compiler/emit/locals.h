@@ -1,6 +1,7 @@
 // The variables of the scopes that are open at a place in the code, and the slots that they take in the frame.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 

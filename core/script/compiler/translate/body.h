@@ -5,8 +5,10 @@
 // upward in silence, so that one fault gives one report.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/script/compiler/declare/compiler.h"
@@ -29,7 +31,7 @@ struct Place {
 };
 
 // The jumps of one open loop that wait for their target.
-struct LoopJumps {
+struct LoopPatch {
     std::vector<JumpId> breaks;
     std::vector<JumpId> continues;
 };
@@ -48,7 +50,7 @@ struct Body {
     TypeId returnType = NothingType;
     Emitter code;
     Locals locals;
-    std::vector<LoopJumps> loops;
+    std::vector<LoopPatch> loops;
 
     std::vector<ExprId> leftChain;   // operators that wait for their left operand, of all open CompileExpr
     std::size_t recordDefaults = 0;  // operations that declared defaults of records took so far, in all functions

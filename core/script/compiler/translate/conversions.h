@@ -1,4 +1,5 @@
-// Conversions and constructors: a type word before parentheses.
+// Conversions and constructors: a type word before parentheses. Which types a word takes, and what it gives, is fixed
+// for each word; anything else is reported with the form to write.
 #pragma once
 
 #include "core/script/compiler/translate/body.h"

@@ -1,4 +1,6 @@
-// A hook is a function that the world calls at its own moments; its form is fixed, and checked as it is written.
+// A function is its parameters, its body and a last Return; one with a result is reported when a path through the body
+// has no "retorne". A hook is a function too, without a name of its own: the world calls it, so its parameters are
+// fixed.
 #include "core/script/compiler/translate/functions.h"
 
 #include <utility>

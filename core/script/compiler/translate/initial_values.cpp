@@ -2,8 +2,6 @@
 // this, so the numbers go in step. The globals of events keep the machine's defaults.
 #include "core/script/compiler/translate/initial_values.h"
 
-#include <string>
-
 #include "core/script/compiler/declare/behaviours.h"
 #include "core/script/compiler/translate/default_values.h"
 #include "core/script/compiler/translate/expressions.h"

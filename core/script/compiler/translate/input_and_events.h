@@ -14,6 +14,8 @@ namespace tavrel::core::script {
 [[nodiscard]] bool IsCommand(const Body& body, const Expr& callee);
 [[nodiscard]] bool IsEmission(Body& body, const Expr& callee);
 
+// The code of each form. They are told from the syntax, so names in them, those of actions and events too, are looked
+// up and reported only here.
 TypeId CompileInputReading(Body& body, const Expr& expr);
 TypeId CompileEventReading(Body& body, const Expr& expr);
 TypeId CompileCommand(Body& body, const Expr& call);

@@ -1,4 +1,4 @@
-// "enquanto", "para" and "para cada".
+// "enquanto", "para" and "para cada". What a loop opens, its scope and its entry in Body::loops, is closed behind it.
 #pragma once
 
 #include "core/script/compiler/translate/body.h"

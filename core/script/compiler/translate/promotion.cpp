@@ -1,5 +1,5 @@
-// The literal is compiled as an integer before anybody knows that a real is wanted. Its code is a PushInt under NegInt
-// operations, which become PushReal and NegReal; the pool of integers keeps an entry that nothing uses.
+// A literal is compiled as an integer before it is known that a real is wanted. Its code is a PushInt and a NegInt for
+// each minus sign, which become PushReal and NegReal; the pool of integers keeps an entry that nothing uses.
 #include "core/script/compiler/translate/promotion.h"
 
 #include <bit>

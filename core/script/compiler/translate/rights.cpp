@@ -1,8 +1,6 @@
 // A refusal says what the law is and where the thing would be allowed.
 #include "core/script/compiler/translate/rights.h"
 
-#include "core/script/compiler/translate/expressions.h"
-
 namespace tavrel::core::script {
 
 namespace {
