@@ -61,6 +61,30 @@ TypeId ResolveNamed(Compiler& compiler, const Declarations& declarations, const 
     return FailedType;
 }
 
+// FailedType for a word that needs more to name a type.
+constexpr TypeId BuiltInType(Tok word) {
+    switch (word) {
+        case Tok::Inteiro: return IntType;
+        case Tok::Real: return RealType;
+        case Tok::Logico: return BoolType;
+        case Tok::Texto: return TextType;
+        case Tok::Vetor2: return Vec2Type;
+        case Tok::Vetor3: return Vec3Type;
+        case Tok::Cor: return ColorType;
+        case Tok::Objeto: return ObjectType;
+        case Tok::Corpo: return BodyType;
+        case Tok::Som: return SoundType;
+        default: return FailedType;
+    }
+}
+
+// A type word that nothing resolves would compile as a failed type without a report.
+constexpr bool Resolves(Tok word) {
+    return BuiltInType(word) != FailedType || word == Tok::Lista || word == Tok::Dicionario;
+}
+#define TAVREL_TYPE_WORD(name, number, word) static_assert(Resolves(Tok::name), word " is no type yet");
+#include "core/script/syntax/token.def"
+
 }  // namespace
 
 std::vector<RecordId> CollectTypes(Compiler& compiler, Declarations& declarations) {
@@ -109,23 +133,13 @@ TypeId ResolveType(Compiler& compiler, const Declarations& declarations, const U
     if (!written) return FailedType;
     const TypeRef& reference = where.At(written);
     switch (reference.kind) {
-        case Tok::Inteiro: return IntType;
-        case Tok::Real: return RealType;
-        case Tok::Logico: return BoolType;
-        case Tok::Texto: return TextType;
-        case Tok::Vetor2: return Vec2Type;
-        case Tok::Vetor3: return Vec3Type;
-        case Tok::Cor: return ColorType;
-        case Tok::Objeto: return ObjectType;
-        case Tok::Corpo: return BodyType;
-        case Tok::Som: return SoundType;
         case Tok::Lista: {
             TypeId element = ResolveType(compiler, declarations, where, reference.element);
             return element == FailedType ? FailedType : compiler.program.types.List(element);
         }
         case Tok::Dicionario: return ResolveDictionary(compiler, declarations, where, reference);
         case Tok::Name: return ResolveNamed(compiler, declarations, where, reference);
-        default: return FailedType;  // where no type could be read
+        default: return BuiltInType(reference.kind);  // FailedType too where no type could be read
     }
 }
 

@@ -58,7 +58,7 @@ TypeId CompileLeaf(Body& body, const Expr& expr) {
         case ExprKind::Unary:
         case ExprKind::Binary:
         case ExprKind::Logic:
-        case ExprKind::Index: break;  // never leaves
+        case ExprKind::Index: break;  // compiled on their left operand
     }
     return FailedType;
 }
@@ -78,7 +78,7 @@ TypeId CompileOnLeft(Body& body, const Expr& expr, TypeId left, std::size_t firs
         case ExprKind::Name:
         case ExprKind::List:
         case ExprKind::Dictionary:
-        case ExprKind::Conversion: break;  // always leaves
+        case ExprKind::Conversion: break;  // compiled as leaves
     }
     return FailedType;
 }

@@ -71,13 +71,13 @@ bool CheckWrite(Body& body, const Place& place, Span span, const std::string& na
     return allowed;
 }
 
-bool CheckContainerWrite(Body& body, ExprId expr) {
+void CheckContainerWrite(Body& body, ExprId expr) {
     while (body.At(expr).kind == ExprKind::Index || body.At(expr).kind == ExprKind::Field) expr = body.At(expr).left;
     const Expr& root = body.At(expr);
-    if (root.kind != ExprKind::Name) return true;
+    if (root.kind != ExprKind::Name) return;
     Place place = Resolve(body, body.Intern(root.text));
-    if (place.kind != PlaceKind::Field && place.kind != PlaceKind::Global) return true;
-    return CheckWrite(body, place, root.span, std::string(root.text));
+    bool holds = place.kind == PlaceKind::Field || place.kind == PlaceKind::Global;
+    if (holds) CheckWrite(body, place, root.span, std::string(root.text));
 }
 
 void CheckAssign(Body& body, TypeId expected, TypeId actual, ExprId expr, const std::string& name) {

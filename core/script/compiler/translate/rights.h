@@ -14,9 +14,10 @@ bool CheckHooks(Body& body, HookMask allowed, Span span, const std::string& name
 // Whether the code may write a variable. Reports a refusal.
 bool CheckWrite(Body& body, const Place& place, Span span, const std::string& name);
 
-// The same for a write into the container that an expression names: that counts as a write of the variable that holds
-// it. A root that is no variable is free.
-bool CheckContainerWrite(Body& body, ExprId expr);
+// Reports a write into the container that an expression names when the code may not write the variable that holds it. A
+// container that no global and no field of the behaviour holds is free. The caller goes on, so that the value shows its
+// faults too.
+void CheckContainerWrite(Body& body, ExprId expr);
 
 // Reports a value that does not have the type of what it is assigned to; silent for failed types.
 void CheckAssign(Body& body, TypeId expected, TypeId actual, ExprId expr, const std::string& name);
