@@ -70,7 +70,7 @@ struct Function {
 
 struct GlobalInfo {
     std::string name;
-    TypeId type = FailedType;
+    TypeId type = ErrorType;
     GlobalCategory category = GlobalCategory::Constant;
     bool published = false;
 };
@@ -97,7 +97,7 @@ struct ActionInfo {
 
 struct EventInfo {
     std::string name;
-    TypeId type = FailedType;  // of the payload
+    TypeId type = ErrorType;  // of the payload
     GlobalId countGlobal;
     GlobalId valueGlobal;
     GlobalId seenGlobal;

@@ -19,7 +19,7 @@ using TypeId = Index<TypeInfo>;  // into the TypeTable
 constexpr TypeId TypeOf(Kind builtIn) {
     return TypeId(static_cast<std::int32_t>(builtIn));
 }
-inline constexpr TypeId FailedType = TypeOf(Kind::Unknown);  // already reported; later checks pass over it in silence
+inline constexpr TypeId ErrorType = TypeOf(Kind::Unknown);  // already reported; later checks pass over it in silence
 inline constexpr TypeId NothingType = TypeOf(Kind::Nothing);
 inline constexpr TypeId IntType = TypeOf(Kind::Int);
 inline constexpr TypeId RealType = TypeOf(Kind::Real);
@@ -35,11 +35,11 @@ inline constexpr TypeId SoundType = TypeOf(Kind::Sound);
 // One entry; never changed, never removed.
 struct TypeInfo {
     Kind kind = Kind::Unknown;
-    TypeId element = FailedType;  // element of a list, value of a dictionary
-    TypeId key = FailedType;      // key of a dictionary
-    std::int32_t index = -1;      // into the program's records or enumerations
-    std::int32_t space = -1;      // of a namespace, into the compiler's list
-    std::string name;             // empty for lists and dictionaries, whose text Name builds
+    TypeId element = ErrorType;  // element of a list, value of a dictionary
+    TypeId key = ErrorType;      // key of a dictionary
+    std::int32_t index = -1;     // into the program's records or enumerations
+    std::int32_t space = -1;     // of a namespace, into the compiler's list
+    std::string name;            // empty for lists and dictionaries, whose text Name builds
 };
 
 class TypeTable {

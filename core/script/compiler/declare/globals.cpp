@@ -51,7 +51,7 @@ TypeId GlobalType(Compiler& compiler, const Declarations& declarations, const Un
     if (variable.type) return ResolveType(compiler, declarations, where, variable.type);
     if (!variable.init) {
         compiler.Error(where, variable.span, "esta declaracao precisa dizer o tipo");
-        return FailedType;
+        return ErrorType;
     }
     const Expr& init = where.At(variable.init);
     switch (init.kind) {
@@ -62,7 +62,7 @@ TypeId GlobalType(Compiler& compiler, const Declarations& declarations, const Un
         default: break;
     }
     compiler.Error(where, init.span, "esta constante precisa dizer o tipo", "escreva \"constante NOME: tipo = valor\"");
-    return FailedType;
+    return ErrorType;
 }
 
 void AddGlobal(Compiler& compiler, Declarations& declarations, const Unit& where, const VarDecl& variable,

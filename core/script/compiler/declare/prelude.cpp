@@ -165,7 +165,7 @@ TypeId WorldBinder::ApiType(const std::string& text, const std::string& context)
     auto known = knownTypes.find(text);
     if (known != knownTypes.end()) return known->second;
     TypeId type = ReadApiType(text, context);
-    if (type != FailedType) knownTypes.emplace(text, type);
+    if (type != ErrorType) knownTypes.emplace(text, type);
     return type;
 }
 
@@ -175,10 +175,10 @@ TypeId WorldBinder::ReadApiType(const std::string& text, const std::string& cont
     if (!ParseTypeText(text, compiler.units[0], compiler.diagnostics, reference)) {
         compiler.diagnostics.CutTo(before);
         ApiError(compiler, context, "o tipo " + Quoted(text) + " nao existe nesta linguagem");
-        return FailedType;
+        return ErrorType;
     }
     TypeId type = ResolveType(compiler, declarations, compiler.Main(), reference);
-    if (type == FailedType) ApiError(compiler, context, "o tipo " + Quoted(text) + " nao foi reconhecido");
+    if (type == ErrorType) ApiError(compiler, context, "o tipo " + Quoted(text) + " nao foi reconhecido");
     return type;
 }
 

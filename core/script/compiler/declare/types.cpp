@@ -44,12 +44,12 @@ TypeId ResolveDictionary(Compiler& compiler, const Declarations& declarations, c
                          const TypeRef& reference) {
     TypeId key = ResolveType(compiler, declarations, where, reference.key);
     TypeId value = ResolveType(compiler, declarations, where, reference.element);
-    if (key == FailedType || value == FailedType) return FailedType;
+    if (key == ErrorType || value == ErrorType) return ErrorType;
     if (!compiler.program.types.Comparable(key)) {
         compiler.Error(where, reference.span,
                        "a chave de um dicionario tem de ser comparavel, e " + compiler.TypeName(key) + " nao e",
                        "servem inteiro, real, logico, texto, uma enumeracao, objeto, corpo e som");
-        return FailedType;
+        return ErrorType;
     }
     return compiler.program.types.Dict(key, value);
 }
@@ -58,10 +58,10 @@ TypeId ResolveNamed(Compiler& compiler, const Declarations& declarations, const 
     if (TypeId type = declarations.typeNames.Find(compiler.names.Intern(reference.name))) return type;
     compiler.Error(where, reference.span, "o tipo " + Quoted(reference.name) + " nao foi declarado",
                    "declare um \"registro\" ou uma \"enumeracao\" com esse nome");
-    return FailedType;
+    return ErrorType;
 }
 
-// FailedType for a word that needs more to name a type.
+// ErrorType for a word that needs more to name a type.
 constexpr TypeId BuiltInType(Tok word) {
     switch (word) {
         case Tok::Inteiro: return IntType;
@@ -74,13 +74,13 @@ constexpr TypeId BuiltInType(Tok word) {
         case Tok::Objeto: return ObjectType;
         case Tok::Corpo: return BodyType;
         case Tok::Som: return SoundType;
-        default: return FailedType;
+        default: return ErrorType;
     }
 }
 
 // A type word that nothing resolves would compile as a failed type without a report.
 constexpr bool Resolves(Tok word) {
-    return BuiltInType(word) != FailedType || word == Tok::Lista || word == Tok::Dicionario;
+    return BuiltInType(word) != ErrorType || word == Tok::Lista || word == Tok::Dicionario;
 }
 #define TAVREL_TYPE_WORD(name, number, word) static_assert(Resolves(Tok::name), word " is no type yet");
 #include "core/script/syntax/token.def"
@@ -130,16 +130,16 @@ RecordId DeclareRecord(Compiler& compiler, Declarations& declarations, const std
 }
 
 TypeId ResolveType(Compiler& compiler, const Declarations& declarations, const Unit& where, TypeRefId written) {
-    if (!written) return FailedType;
+    if (!written) return ErrorType;
     const TypeRef& reference = where.At(written);
     switch (reference.kind) {
         case Tok::Lista: {
             TypeId element = ResolveType(compiler, declarations, where, reference.element);
-            return element == FailedType ? FailedType : compiler.program.types.List(element);
+            return element == ErrorType ? ErrorType : compiler.program.types.List(element);
         }
         case Tok::Dicionario: return ResolveDictionary(compiler, declarations, where, reference);
         case Tok::Name: return ResolveNamed(compiler, declarations, where, reference);
-        default: return BuiltInType(reference.kind);  // FailedType too where no type could be read
+        default: return BuiltInType(reference.kind);  // ErrorType too where no type could be read
     }
 }
 

@@ -22,7 +22,7 @@ void ResolveRecords(Compiler& compiler, Declarations& declarations, const std::v
 // Declares the input actions of every unit. One whose name is taken is reported and dropped.
 void CollectActions(Compiler& compiler, Declarations& declarations);
 
-// The type that is written at a place of a unit. FailedType where none is written or the parser could read none; a name
+// The type that is written at a place of a unit. ErrorType where none is written or the parser could read none; a name
 // that is not declared and a key that is not comparable are reported and fail too.
 TypeId ResolveType(Compiler& compiler, const Declarations& declarations, const Unit& where, TypeRefId written);
 

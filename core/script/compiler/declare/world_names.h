@@ -48,7 +48,7 @@ struct HostSignature {
 // A field of a namespace or of a handle.
 struct HostField {
     std::uint32_t id = 0;
-    TypeId type = FailedType;
+    TypeId type = ErrorType;
     HookMask hooks = HookMask::None;
 };
 

@@ -16,7 +16,7 @@ using SlotId = Index<struct Slot>;
 // One without a name is out of reach of the source.
 struct Local {
     NameId name;
-    TypeId type = FailedType;
+    TypeId type = ErrorType;
     SlotId slot;
     bool writable = true;
     Index<Local> shadowed;  // the local that the name meant before

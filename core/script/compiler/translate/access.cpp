@@ -18,7 +18,7 @@ TypeId CompileSpaceField(Body& body, const Expr& expr, TypeId left) {
     }
     if (auto found = world.namespaceFields.find(dotted); found != world.namespaceFields.end()) {
         const HostField& field = found->second;
-        if (!CheckHooks(body, field.hooks, expr.span, dotted, false)) return FailedType;
+        if (!CheckHooks(body, field.hooks, expr.span, dotted, false)) return ErrorType;
         body.code.EmitHost(field.id, 0, expr.span);
         return field.type;
     }
@@ -31,7 +31,7 @@ TypeId CompileSpaceField(Body& body, const Expr& expr, TypeId left) {
     } else {
         body.Error(expr.span, Quoted(space) + " nao tem " + Quoted(expr.text), world.ApiHint(space));
     }
-    return FailedType;
+    return ErrorType;
 }
 
 TypeId CompileHandleField(Body& body, const Expr& expr, TypeId left) {
@@ -39,7 +39,7 @@ TypeId CompileHandleField(Body& body, const Expr& expr, TypeId left) {
     const WorldNames& world = body.declarations.world;
     if (auto found = world.valueFields.find(ValueFieldKey(kind, expr.text)); found != world.valueFields.end()) {
         const HostField& field = found->second;
-        if (!CheckHooks(body, field.hooks, expr.span, std::string(expr.text), false)) return FailedType;
+        if (!CheckHooks(body, field.hooks, expr.span, std::string(expr.text), false)) return ErrorType;
         body.code.EmitHost(field.id, 1, expr.span);
         return field.type;
     }
@@ -52,7 +52,7 @@ TypeId CompileHandleField(Body& body, const Expr& expr, TypeId left) {
         }
     }
     body.Error(expr.span, body.TypeName(left) + " nao tem um campo chamado " + Quoted(expr.text), hint);
-    return FailedType;
+    return ErrorType;
 }
 
 TypeId CompileVectorField(Body& body, const Expr& expr, TypeId left) {
@@ -61,7 +61,7 @@ TypeId CompileVectorField(Body& body, const Expr& expr, TypeId left) {
     if (component < 0) {
         body.Error(expr.span, Quoted(body.TypeName(left)) + " nao tem um campo chamado " + Quoted(expr.text),
                    kind == Kind::Color ? "os campos de uma cor sao r, g, b e a" : "os campos sao x, y e z");
-        return FailedType;
+        return ErrorType;
     }
     body.code.EmitCount(Op::VecGet, static_cast<std::size_t>(component), expr.span);
     return RealType;
@@ -81,12 +81,12 @@ TypeId CompileRecordField(Body& body, const Expr& expr, TypeId left) {
 // report.
 TypeId CompileIndex(Body& body, const Expr& expr, TypeId left) {
     TypeId index = CompileExpr(body, expr.right);
-    if (left == FailedType) return FailedType;
+    if (left == ErrorType) return ErrorType;
     Kind kind = body.KindOf(left);
     if (kind != Kind::List && kind != Kind::Dict) {
         body.Error(expr.span, body.TypeName(left) + " nao aceita indice",
                    kind == Kind::Text ? "um texto nao se le por letra; use \"dividir\"" : "");
-        return FailedType;
+        return ErrorType;
     }
     CheckIndex(body, expr.right, left, index);
     body.code.Emit(kind == Kind::List ? Op::ListGet : Op::DictGet, expr.span);
@@ -95,7 +95,7 @@ TypeId CompileIndex(Body& body, const Expr& expr, TypeId left) {
 
 TypeId CompileField(Body& body, const Expr& expr, TypeId left) {
     switch (body.KindOf(left)) {
-        case Kind::Unknown: return FailedType;
+        case Kind::Unknown: return ErrorType;
         case Kind::Space: return CompileSpaceField(body, expr, left);
         case Kind::Object:
         case Kind::Body:
@@ -108,7 +108,7 @@ TypeId CompileField(Body& body, const Expr& expr, TypeId left) {
         case Kind::Dict:
             body.Error(expr.span, body.TypeName(left) + " nao tem campos",
                        "para chamar um metodo, escreva os parenteses");
-            return FailedType;
+            return ErrorType;
         case Kind::Nothing:
         case Kind::Int:
         case Kind::Real:
@@ -116,12 +116,12 @@ TypeId CompileField(Body& body, const Expr& expr, TypeId left) {
         case Kind::Text:
         case Kind::Enum: body.Error(expr.span, body.TypeName(left) + " nao tem campos"); break;
     }
-    return FailedType;
+    return ErrorType;
 }
 
 void CheckIndex(Body& body, ExprId index, TypeId container, TypeId type) {
     const TypeInfo& info = body.Types().At(container);
-    if (type == FailedType) return;
+    if (type == ErrorType) return;
     if (info.kind == Kind::List && type != IntType) {
         body.Error(body.SpanOf(index), "o indice de uma lista e um inteiro, e este e " + body.TypeName(type));
     } else if (info.kind == Kind::Dict && type != info.key) {
@@ -132,7 +132,7 @@ void CheckIndex(Body& body, ExprId index, TypeId container, TypeId type) {
 
 TypeId MissingField(Body& body, const Expr& expr, TypeId record) {
     body.Error(expr.span, Quoted(body.TypeName(record)) + " nao tem um campo chamado " + Quoted(expr.text));
-    return FailedType;
+    return ErrorType;
 }
 
 std::int32_t VectorComponent(Kind kind, std::string_view folded) {

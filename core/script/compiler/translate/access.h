@@ -14,7 +14,7 @@ TypeId CompileField(Body& body, const Expr& expr, TypeId left);
 // Reports an index whose type does not suit the container's; silent for failed types.
 void CheckIndex(Body& body, ExprId index, TypeId container, TypeId type);
 
-// Reports that a record has no field of the name that `expr` reads; gives FailedType.
+// Reports that a record has no field of the name that `expr` reads; gives ErrorType.
 TypeId MissingField(Body& body, const Expr& expr, TypeId record);
 
 // The component a folded name means on a vector or colour, -1 for none.

@@ -15,11 +15,11 @@ void AssignName(Body& body, const Stmt& stmt, const Expr& target) {
     if (place.kind == PlaceKind::None) {
         body.Error(target.span, Quoted(name) + " nao foi declarada",
                    "para declarar, escreva \"" + name + ": tipo = valor\"");
-        CompileValue(body, stmt.value, FailedType);
+        CompileValue(body, stmt.value, ErrorType);
         return;
     }
     if (!CheckWrite(body, place, target.span, name)) {
-        CompileValue(body, stmt.value, FailedType);
+        CompileValue(body, stmt.value, ErrorType);
         return;
     }
     if (place.kind == PlaceKind::Field) body.code.EmitIndexed(Op::LoadLocal, 0, stmt.span);
@@ -35,8 +35,8 @@ void AssignIndex(Body& body, const Stmt& stmt, const Expr& target) {
     Kind kind = body.KindOf(ProbeType(body, target.left));
     if (kind != Kind::List && kind != Kind::Dict) {
         TypeId type = CompileExpr(body, target.left);
-        if (type != FailedType) body.Error(target.span, body.TypeName(type) + " nao aceita indice");
-        CompileValue(body, stmt.value, FailedType);
+        if (type != ErrorType) body.Error(target.span, body.TypeName(type) + " nao aceita indice");
+        CompileValue(body, stmt.value, ErrorType);
         return;
     }
     CheckContainerWrite(body, target.left);
@@ -55,7 +55,7 @@ void AssignRecordField(Body& body, const Stmt& stmt, const Expr& target, TypeId 
     FieldId field = body.declarations.fieldNames.Find(index, body.Intern(target.text));
     if (!field) {
         MissingField(body, target, record);
-        CompileValue(body, stmt.value, FailedType);
+        CompileValue(body, stmt.value, ErrorType);
         return;
     }
     TypeId wanted = body.FieldType(index, field);
@@ -67,7 +67,7 @@ void AssignRecordField(Body& body, const Stmt& stmt, const Expr& target, TypeId 
 // The new component, and the vector with it.
 void EmitComponentChange(Body& body, const Stmt& stmt, std::int32_t component) {
     TypeId type = CompileValue(body, stmt.value, RealType);
-    if (type != FailedType && type != RealType) {
+    if (type != ErrorType && type != RealType) {
         body.Error(body.SpanOf(stmt.value), "o componente de um vetor e um real, e o valor e " + body.TypeName(type),
                    type == IntType ? "escreva real(...) ou ponha um ponto no numero" : "");
     }
@@ -77,7 +77,7 @@ void EmitComponentChange(Body& body, const Stmt& stmt, std::int32_t component) {
 void AssignComponentOfName(Body& body, const Stmt& stmt, const Expr& base, std::int32_t component) {
     Place place = Resolve(body, body.Intern(base.text));
     if (!CheckWrite(body, place, base.span, std::string(base.text))) {
-        CompileValue(body, stmt.value, FailedType);
+        CompileValue(body, stmt.value, ErrorType);
         return;
     }
     switch (place.kind) {
@@ -137,7 +137,7 @@ void AssignComponent(Body& body, const Stmt& stmt, const Expr& target, std::int3
         default: break;
     }
     body.Error(base.span, "nao da para mudar um componente aqui");
-    CompileValue(body, stmt.value, FailedType);
+    CompileValue(body, stmt.value, ErrorType);
 }
 
 // The type of the base decides, so it is looked at before any code is left.
@@ -148,8 +148,8 @@ void AssignField(Body& body, const Stmt& stmt, const Expr& target) {
     if (component >= 0) return AssignComponent(body, stmt, target, component);
     if (kind == Kind::Record) return AssignRecordField(body, stmt, target, base);
     TypeId type = CompileExpr(body, target.left);
-    if (type != FailedType) body.Error(target.span, body.TypeName(type) + " nao tem campos para mudar");
-    CompileValue(body, stmt.value, FailedType);
+    if (type != ErrorType) body.Error(target.span, body.TypeName(type) + " nao tem campos para mudar");
+    CompileValue(body, stmt.value, ErrorType);
 }
 
 }  // namespace
@@ -162,7 +162,7 @@ void CompileAssign(Body& body, const Stmt& stmt) {
         case ExprKind::Field: return AssignField(body, stmt, target);
         default:
             body.Error(target.span, "isto nao e um lugar onde se possa gravar");
-            CompileValue(body, stmt.value, FailedType);
+            CompileValue(body, stmt.value, ErrorType);
             return;
     }
 }

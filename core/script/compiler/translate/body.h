@@ -1,7 +1,7 @@
 // The code that is being translated: one function at a time, with the emitter that takes its instructions, the scopes
 // that are open, its rights and the file that it comes from. The files of this folder are free functions over a Body,
 // cut by construct. Expressions are typed and emitted in one walk: a Compile... operation emits the code of a node and
-// returns the type that the code leaves on the stack, FailedType when it has reported an error. A failed type travels
+// returns the type that the code leaves on the stack, ErrorType when it has reported an error. A failed type travels
 // upward in silence, so that one fault gives one report.
 #pragma once
 
@@ -25,7 +25,7 @@ enum class PlaceKind : std::int32_t { None = 0, Local = 1, Field = 2, Global = 3
 struct Place {
     PlaceKind kind = PlaceKind::None;
     std::int32_t index = -1;  // slot, field of the instance, or global
-    TypeId type = FailedType;
+    TypeId type = ErrorType;
     GlobalCategory category = GlobalCategory::Derived;
     bool writable = true;
 };

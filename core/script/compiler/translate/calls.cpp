@@ -18,13 +18,13 @@ namespace {
 void CompileUserArgument(Body& body, const Expr& call, std::size_t index, TypeId wanted, std::string_view name) {
     ExprId item = body.Item(call, index);
     TypeId type = CompileValue(body, item, wanted);
-    if (type == FailedType || wanted == FailedType || type == wanted) return;
+    if (type == ErrorType || wanted == ErrorType || type == wanted) return;
     body.Error(body.SpanOf(item), "o argumento " + std::to_string(index + 1) + " de " + Quoted(name) + " e " +
                                       body.TypeName(wanted) + ", e veio " + body.TypeName(type));
 }
 
 TypeId CompileUserCall(Body& body, const Expr& call, const FunctionEntry& callee, std::string_view name) {
-    if (!RejectLabels(body, call, name)) return FailedType;
+    if (!RejectLabels(body, call, name)) return ErrorType;
     // The instance passes on to a function of the same behaviour.
     bool passesInstance = static_cast<bool>(callee.behaviour);
     if (passesInstance) body.code.EmitIndexed(Op::LoadLocal, 0, call.span);
@@ -54,11 +54,11 @@ TypeId CompileCall(Body& body, const Expr& call) {
         return IsCommand(body, callee) ? CompileCommand(body, call) : CompileEmission(body, call);
     }
     body.Error(call.span, "isto nao e uma funcao");
-    return FailedType;
+    return ErrorType;
 }
 
 TypeId CompileReceiverCall(Body& body, const Expr& call, TypeId receiver) {
-    if (receiver == FailedType) return FailedType;
+    if (receiver == ErrorType) return ErrorType;
     const Expr& callee = body.At(call.left);
     const TypeInfo& info = body.Types().At(receiver);
     if (info.kind == Kind::Space) return CompileHostCall(body, call, std::string(info.name), FoldName(callee.text));
@@ -66,7 +66,7 @@ TypeId CompileReceiverCall(Body& body, const Expr& call, TypeId receiver) {
 }
 
 bool Arguments::Failed() const {
-    return std::find(types.begin(), types.end(), FailedType) != types.end();
+    return std::find(types.begin(), types.end(), ErrorType) != types.end();
 }
 
 Arguments CompileArguments(Body& body, const Expr& call) {
@@ -76,7 +76,7 @@ Arguments CompileArguments(Body& body, const Expr& call) {
     for (ExprId item : body.unit->Items(call.items)) {
         arguments.offsets.push_back(body.code.Size());
         TypeId type = CompileExpr(body, item);
-        arguments.types.push_back(RejectSpace(body, item, type) ? FailedType : type);
+        arguments.types.push_back(RejectSpace(body, item, type) ? ErrorType : type);
     }
     arguments.offsets.push_back(body.code.Size());
     return arguments;

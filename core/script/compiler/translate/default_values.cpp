@@ -42,7 +42,7 @@ void EmitFieldDefaults(Body& body, const RecordSource& source, RecordId record, 
         TypeId wanted = body.FieldType(record, FieldId(i));
         body.code.Emit(Op::Dup, span);
         TypeId actual = CompileValue(body, field.init, wanted);
-        if (wanted != FailedType && actual != FailedType && wanted != actual) {
+        if (wanted != ErrorType && actual != ErrorType && wanted != actual) {
             body.Error(body.SpanOf(field.init), "o valor inicial do campo " + Quoted(field.name) + " e " +
                                                     body.TypeName(actual) + ", e o campo e " + body.TypeName(wanted));
         }

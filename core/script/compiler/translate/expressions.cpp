@@ -60,7 +60,7 @@ TypeId CompileLeaf(Body& body, const Expr& expr) {
         case ExprKind::Logic:
         case ExprKind::Index: break;  // compiled on their left operand
     }
-    return FailedType;
+    return ErrorType;
 }
 
 TypeId CompileOnLeft(Body& body, const Expr& expr, TypeId left, std::size_t first) {
@@ -80,7 +80,7 @@ TypeId CompileOnLeft(Body& body, const Expr& expr, TypeId left, std::size_t firs
         case ExprKind::Dictionary:
         case ExprKind::Conversion: break;  // compiled as leaves
     }
-    return FailedType;
+    return ErrorType;
 }
 
 }  // namespace
@@ -104,7 +104,7 @@ TypeId CompileExpr(Body& body, ExprId expr) {
 TypeId CompileValue(Body& body, ExprId expr, TypeId wanted) {
     std::size_t first = body.code.Size();
     TypeId type = CompileExpr(body, expr);
-    if (type == FailedType || RejectSpace(body, expr, type)) return FailedType;
+    if (type == ErrorType || RejectSpace(body, expr, type)) return ErrorType;
     return PromoteLiteral(body, first, body.code.Size(), type, wanted, expr);
 }
 

@@ -23,7 +23,7 @@ TypeId MissingHost(Body& body, const Expr& call, const std::string& space, const
     } else {
         body.Error(call.span, Quoted(space) + " nao tem " + Quoted(folded), body.declarations.world.ApiHint(space));
     }
-    return FailedType;
+    return ErrorType;
 }
 
 bool PlaceLabelled(Body& body, const Expr& call, std::size_t argument, const HostSignature& signature,
@@ -85,7 +85,7 @@ void EmitHostArguments(Body& body, const Expr& call, const HostSignature& signat
             continue;
         }
         TypeId type = CompileValue(body, items[i], wanted);
-        if (type == FailedType || wanted == FailedType || type == wanted) continue;
+        if (type == ErrorType || wanted == ErrorType || type == wanted) continue;
         body.Error(body.SpanOf(items[i]), "o argumento " + Quoted(signature.labels[i]) + " de " + Quoted(fullName) +
                                               " e " + body.TypeName(wanted) + ", e veio " + body.TypeName(type));
     }
@@ -99,11 +99,11 @@ TypeId CompileHostCall(Body& body, const Expr& call, const std::string& space, c
     auto found = hosts.find(fullName);
     if (found == hosts.end()) return MissingHost(body, call, space, folded);
     const HostSignature& signature = found->second;
-    if (!CheckHooks(body, signature.hooks, call.span, fullName, signature.effect)) return FailedType;
+    if (!CheckHooks(body, signature.hooks, call.span, fullName, signature.effect)) return ErrorType;
     ParamItems items(signature.paramTypes.size());
     if (!PlaceArguments(body, call, signature, fullName, items)) {
         CompileForErrors(body, call);
-        return FailedType;
+        return ErrorType;
     }
     EmitHostArguments(body, call, signature, fullName, items);
     body.code.EmitHost(signature.id, items.size(), call.span);

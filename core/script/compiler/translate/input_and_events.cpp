@@ -45,7 +45,7 @@ bool CompilePlayer(Body& body, const Expr& root, Span span) {
     }
     ExprId player = body.Item(root, 0);
     TypeId type = CompileValue(body, player, IntType);
-    if (type != FailedType && type != IntType) {
+    if (type != ErrorType && type != IntType) {
         body.Error(body.SpanOf(player), "o jogador e um inteiro, e veio " + body.TypeName(type));
     }
     return true;
@@ -121,9 +121,9 @@ TypeId CompileInputReading(Body& body, const Expr& expr) {
     if (!value && reading != "apertado" && reading != "pressionado" && reading != "solto") {
         body.Error(expr.span, "uma acao nao tem " + Quoted(expr.text),
                    "as leituras sao apertado, pressionado, solto e valor");
-        return FailedType;
+        return ErrorType;
     }
-    if (!CheckHooks(body, body.compiler.api->inputHooks, expr.span, "entrada", false)) return FailedType;
+    if (!CheckHooks(body, body.compiler.api->inputHooks, expr.span, "entrada", false)) return ErrorType;
     const Expr& action = body.At(expr.left);
     if (!body.declarations.actionNames.Has(body.Intern(action.text))) {
         std::string list;
@@ -134,10 +134,10 @@ TypeId CompileInputReading(Body& body, const Expr& expr) {
                    body.compiler.program.actions.empty()
                        ? "declare com \"acao " + std::string(action.text) + " = tecla ...\""
                        : list);
-        return FailedType;
+        return ErrorType;
     }
     body.code.EmitText(action.text, expr.span);
-    if (!CompilePlayer(body, body.At(action.left), expr.span)) return FailedType;
+    if (!CompilePlayer(body, body.At(action.left), expr.span)) return ErrorType;
     body.code.EmitHost(id, 2, expr.span);
     return value ? RealType : BoolType;
 }
@@ -145,15 +145,15 @@ TypeId CompileInputReading(Body& body, const Expr& expr) {
 TypeId CompileEventReading(Body& body, const Expr& expr) {
     const Expr& field = body.At(expr.left);
     const EventInfo* event = FindEvent(body, field);
-    if (event == nullptr) return FailedType;
+    if (event == nullptr) return ErrorType;
     std::string_view reading = body.Folded(expr.text);
     bool value = reading == "valor";
     if (!value && reading != "chegou" && reading != "quantos") {
         body.Error(expr.span, "um evento nao tem " + Quoted(expr.text), "as leituras sao chegou, quantos e valor");
-        return FailedType;
+        return ErrorType;
     }
     std::string name = "eventos." + std::string(field.text) + "." + std::string(expr.text);
-    if (!CheckHooks(body, value ? ShowingHooks : HookMask::Frame, expr.span, name, false)) return FailedType;
+    if (!CheckHooks(body, value ? ShowingHooks : HookMask::Frame, expr.span, name, false)) return ErrorType;
     if (value) {
         body.code.EmitIndexed(Op::LoadGlobal, event->valueGlobal, expr.span);
         return event->type;
@@ -170,19 +170,19 @@ TypeId CompileEventReading(Body& body, const Expr& expr) {
 
 TypeId CompileCommand(Body& body, const Expr& call) {
     const Expr& action = body.At(body.At(call.left).left);
-    if (!CheckCommand(body, call, body.At(action.left), action)) return FailedType;
+    if (!CheckCommand(body, call, body.At(action.left), action)) return ErrorType;
     if (!HasOneUnlabelled(body, call)) {
         body.Error(call.span, "\"enviar\" recebe o valor do comando, um real",
                    "por exemplo: entrada." + std::string(action.text) + ".enviar(3.0)");
         CompileForErrors(body, call);
-        return FailedType;
+        return ErrorType;
     }
     body.code.EmitText(action.text, call.span);
     ExprId item = body.Item(call, 0);
     TypeId type = CompileValue(body, item, RealType);
-    if (type != FailedType && type != RealType) {
+    if (type != ErrorType && type != RealType) {
         body.Error(body.SpanOf(item), "o valor de um comando e um real, e veio " + body.TypeName(type));
-        return FailedType;
+        return ErrorType;
     }
     body.code.EmitHost(body.compiler.api->commandSend, 2, call.span);
     return NothingType;
@@ -191,14 +191,14 @@ TypeId CompileCommand(Body& body, const Expr& call) {
 TypeId CompileEmission(Body& body, const Expr& call) {
     const Expr& field = body.At(body.At(call.left).left);
     const EventInfo* event = FindEvent(body, field);
-    if (event == nullptr) return FailedType;
+    if (event == nullptr) return ErrorType;
     std::string name(field.text);
-    if (!CheckHooks(body, HookMask::Tick, call.span, "eventos." + name + ".emitir", true)) return FailedType;
+    if (!CheckHooks(body, HookMask::Tick, call.span, "eventos." + name + ".emitir", true)) return ErrorType;
     if (!HasOneUnlabelled(body, call)) {
         body.Error(call.span, "\"emitir\" recebe o valor do evento (" + body.TypeName(event->type) + ")",
                    "por exemplo: eventos." + name + ".emitir(...)");
         CompileForErrors(body, call);
-        return FailedType;
+        return ErrorType;
     }
     body.code.EmitIndexed(Op::LoadGlobal, event->countGlobal, call.span);
     body.code.EmitInt(1, call.span);
@@ -206,10 +206,10 @@ TypeId CompileEmission(Body& body, const Expr& call) {
     body.code.EmitIndexed(Op::StoreGlobal, event->countGlobal, call.span);
     ExprId item = body.Item(call, 0);
     TypeId type = CompileValue(body, item, event->type);
-    if (type != FailedType && type != event->type) {
+    if (type != ErrorType && type != event->type) {
         body.Error(body.SpanOf(item), "o valor de " + Quoted(name) + " e " + body.TypeName(event->type) + ", e veio " +
                                           body.TypeName(type));
-        return FailedType;
+        return ErrorType;
     }
     body.code.EmitIndexed(Op::StoreGlobal, event->valueGlobal, call.span);
     return NothingType;

@@ -1,5 +1,5 @@
 // Lists and dictionaries written in the code. The elements decide the type, so an empty one has none: it gives
-// FailedType without a report.
+// ErrorType without a report.
 #pragma once
 
 #include "core/script/compiler/translate/body.h"

@@ -28,7 +28,7 @@ void CloseLoop(Body& body, std::size_t start, JumpId exit, Span span) {
 // A failed type goes on with elements of a failed type.
 bool CheckCollection(Body& body, const Stmt& stmt, TypeId type) {
     Kind kind = body.KindOf(type);
-    if (type == FailedType || kind == Kind::List) return true;
+    if (type == ErrorType || kind == Kind::List) return true;
     body.Error(body.SpanOf(stmt.value), "\"para cada\" percorre uma lista, e isto e " + body.TypeName(type),
                kind == Kind::Dict ? "para um dicionario, percorra as \"chaves()\", que ja vem em ordem" : "");
     return false;
@@ -36,7 +36,7 @@ bool CheckCollection(Body& body, const Stmt& stmt, TypeId type) {
 
 void CompileForPart(Body& body, ExprId expr, const char* message) {
     TypeId type = CompileExpr(body, expr);
-    if (type != FailedType && type != IntType) body.Error(body.SpanOf(expr), message + body.TypeName(type));
+    if (type != ErrorType && type != IntType) body.Error(body.SpanOf(expr), message + body.TypeName(type));
 }
 
 // The jump that leaves the loop.

@@ -81,13 +81,13 @@ TypeId PartType(TypeTable& types, Part part, const TypeInfo& receiver) {
 }  // namespace
 
 TypeId CompileMethodCall(Body& body, const Expr& call, TypeId receiver, std::string_view name) {
-    if (!RejectLabels(body, call, name)) return FailedType;
+    if (!RejectLabels(body, call, name)) return ErrorType;
     NativeCall native{call, name, CompileArguments(body, call)};
-    if (native.Failed()) return FailedType;
+    if (native.Failed()) return ErrorType;
     const TypeInfo info = body.Types().At(receiver);
     if (info.kind != Kind::List && info.kind != Kind::Dict) {
         body.Error(call.span, body.TypeName(receiver) + " nao tem metodos");
-        return FailedType;
+        return ErrorType;
     }
     bool list = info.kind == Kind::List;
     std::string_view folded = body.Folded(name);
@@ -97,7 +97,7 @@ TypeId CompileMethodCall(Body& body, const Expr& call, TypeId receiver, std::str
                    list ? "ela tem adicionar, inserir, remover, remover_valor, limpar, tamanho, posicao_de, ordenar e "
                           "inverter"
                         : "ele tem definir, obter, remover, limpar, tamanho, chaves e valores");
-        return FailedType;
+        return ErrorType;
     }
     std::vector<TypeId> wanted;
     for (Part part : {row->first, row->second}) {
@@ -107,7 +107,7 @@ TypeId CompileMethodCall(Body& body, const Expr& call, TypeId receiver, std::str
     if (row->native == Native::ListSort && !body.Types().Ordered(info.element)) {
         body.Error(call.span, "nao da para ordenar uma lista de " + body.TypeName(info.element),
                    "so listas de inteiro, real e texto tem ordem");
-        return FailedType;
+        return ErrorType;
     }
     body.code.EmitNative(row->native, native.Count() + 1, call.span);
     return PartType(body.Types(), row->result, info);

@@ -27,7 +27,7 @@ TypeId CompilePlace(Body& body, const Expr& expr, const Place& place) {
         body.Error(expr.span,
                    Quoted(expr.text) + " nao pode ser lida aqui: esta funcao e uma regra de relevo ou de chao",
                    "ela roda sobre uma copia do terreno, fora do quadro, e so alcanca os argumentos e as constantes");
-        return FailedType;
+        return ErrorType;
     }
     if (place.kind == PlaceKind::Field) {
         body.code.EmitIndexed(Op::LoadLocal, 0, expr.span);
@@ -46,7 +46,7 @@ TypeId CompilePredefined(Body& body, const Expr& expr, NameId name) {
         return RealType;
     }
     std::int32_t handle = NullHandle(folded);
-    if (handle < 0) return FailedType;
+    if (handle < 0) return ErrorType;
     EmitHandle(body, handle, expr.span);
     return NullHandleTypes[static_cast<std::size_t>(handle)];
 }
@@ -62,17 +62,17 @@ TypeId CompileName(Body& body, const Expr& expr) {
         EmitEnum(body, member.enumeration, member.member, expr.span);
         return body.Types().Enum(member.enumeration.value, body.compiler.program.At(member.enumeration).name);
     }
-    if (TypeId type = CompilePredefined(body, expr, name); type != FailedType) return type;
+    if (TypeId type = CompilePredefined(body, expr, name); type != ErrorType) return type;
     if (body.declarations.FindFunction(name, body.behaviour)) {
         body.Error(expr.span, Quoted(expr.text) + " e uma funcao e so aparece numa chamada",
                    "escreva \"" + std::string(expr.text) + "(...)\"");
-        return FailedType;
+        return ErrorType;
     }
     const auto& spaces = body.declarations.world.spaces;
     auto space = spaces.find(body.compiler.names.Folded(name));
     if (space != spaces.end()) return body.Types().Space(space->second, space->first);
     body.Error(expr.span, Quoted(expr.text) + " nao foi declarada", LegacyHint(expr.text));
-    return FailedType;
+    return ErrorType;
 }
 
 }  // namespace tavrel::core::script

@@ -116,7 +116,7 @@ TypeId EmitNativeCall(Body& body, const NativeCall& native, Native number, TypeI
 
 TypeId WrittenAs(Body& body, const Expr& call, std::string_view name, std::string_view form) {
     body.Error(call.span, Quoted(name) + " se escreve " + std::string(form));
-    return FailedType;
+    return ErrorType;
 }
 
 TypeId CompileFormat(Body& body, NativeCall& native) {
@@ -128,7 +128,7 @@ TypeId CompileFormat(Body& body, NativeCall& native) {
     for (std::size_t i = 1; i < native.Count(); ++i) {
         good = !RejectProcedure(body, body.Item(native.call, i), native.Type(i)) && good;
     }
-    return good ? EmitNativeCall(body, native, Native::Format, TextType) : FailedType;
+    return good ? EmitNativeCall(body, native, Native::Format, TextType) : ErrorType;
 }
 
 TypeId CompileSize(Body& body, NativeCall& native) {
@@ -171,14 +171,14 @@ TypeId CompileCopy(Body& body, NativeCall& native) {
 TypeId CompileFloatNative(Body& body, NativeCall& native, Native number, std::size_t count) {
     if (native.Count() != count) return RefuseNative(body, native, count == 1 ? "com um real" : "com dois reais");
     for (std::size_t i = 0; i < count; ++i) Fits(body, native.call, native.arguments, i, RealType);
-    if (native.Failed()) return FailedType;
+    if (native.Failed()) return ErrorType;
     for (std::size_t i = 0; i < count; ++i) {
         TypeId type = native.Type(i);
         if (type == RealType) continue;
         body.Error(body.SpanOf(body.Item(native.call, i)),
                    Quoted(native.name) + " trabalha com real, e este e " + body.TypeName(type),
                    type == IntType ? "escreva real(...)" : "");
-        return FailedType;
+        return ErrorType;
     }
     return EmitNativeCall(body, native, number, RealType);
 }
@@ -187,7 +187,7 @@ TypeId CompileFloatNative(Body& body, NativeCall& native, Native number, std::si
 TypeId CompileShared(Body& body, NativeCall& native, Native integer, Native real, std::size_t count,
                      const char* mismatch, const char* kinds) {
     if (count > 1) UnifyToReal(body, native.call, native.arguments);
-    if (native.Failed()) return FailedType;
+    if (native.Failed()) return ErrorType;
     const std::vector<TypeId>& types = native.arguments.types;
     if (types.size() != count || std::count(types.begin(), types.end(), types[0]) != static_cast<int>(count)) {
         return RefuseNative(body, native, mismatch);
@@ -221,14 +221,14 @@ TypeId CompileDistance(Body& body, NativeCall& native, bool planar) {
 TypeId CompileOfVector(Body& body, NativeCall& native, Native flat, Native deep, TypeId result, const char* form) {
     if (native.Count() != 1 || !IsVector(body.KindOf(native.Type(0)))) return RefuseNative(body, native, form);
     Native number = native.Type(0) == Vec3Type ? deep : flat;
-    return EmitNativeCall(body, native, number, result == FailedType ? native.Type(0) : result);
+    return EmitNativeCall(body, native, number, result == ErrorType ? native.Type(0) : result);
 }
 
 TypeId CompileRandom(Body& body, NativeCall& native, bool real) {
     if (!body.permits.random) {
         body.Error(native.call.span, Quoted(native.name) + " so pode ser chamada dentro de \"a cada tick\"",
                    "o sorteio muda o estado do gerador, e isso decide os ticks seguintes");
-        return FailedType;
+        return ErrorType;
     }
     if (real) {
         return FitsAll(body, native, {RealType, RealType}) ? EmitNativeCall(body, native, Native::RandomReal, RealType)
@@ -244,13 +244,13 @@ TypeId CompileRandom(Body& body, NativeCall& native, bool real) {
 
 TypeId CompileNativeCall(Body& body, const Expr& call, NameId name) {
     std::string_view written = body.At(call.left).text;
-    if (!RejectLabels(body, call, written)) return FailedType;
+    if (!RejectLabels(body, call, written)) return ErrorType;
     NativeCall native{call, written, CompileArguments(body, call)};
-    if (native.Failed()) return FailedType;
+    if (native.Failed()) return ErrorType;
     const NativeRow* row = FindNative(body.compiler.names.Folded(name));
     if (row == nullptr) {
         body.Error(call.span, Quoted(written) + " nao foi declarada", LegacyHint(written));
-        return FailedType;
+        return ErrorType;
     }
     switch (row->form) {
         case Form::Print:
@@ -289,12 +289,12 @@ TypeId CompileNativeCall(Body& body, const Expr& call, NameId name) {
             return CompileOfVector(body, native, Native::LengthVec2, Native::LengthVec3, RealType,
                                    "comprimento(um vetor)");
         case Form::Normalize:
-            return CompileOfVector(body, native, Native::NormalizeVec2, Native::NormalizeVec3, FailedType,
+            return CompileOfVector(body, native, Native::NormalizeVec2, Native::NormalizeVec3, ErrorType,
                                    "normalizar(um vetor)");
         case Form::Random: return CompileRandom(body, native, false);
         case Form::RandomReal: return CompileRandom(body, native, true);
     }
-    return FailedType;
+    return ErrorType;
 }
 
 bool FitsAll(Body& body, NativeCall& native, const std::vector<TypeId>& wanted) {
@@ -306,7 +306,7 @@ bool FitsAll(Body& body, NativeCall& native, const std::vector<TypeId>& wanted) 
 }
 
 TypeId RefuseNative(Body& body, const NativeCall& native, std::string_view form) {
-    return native.Failed() ? FailedType : WrittenAs(body, native.call, native.name, form);
+    return native.Failed() ? ErrorType : WrittenAs(body, native.call, native.name, form);
 }
 
 }  // namespace tavrel::core::script

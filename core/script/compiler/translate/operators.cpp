@@ -60,18 +60,18 @@ TypeId CompileComparison(Body& body, const Expr& expr, Comparison comparison, Ty
         body.Error(
             expr.span, "nao da para comparar " + body.TypeName(left) + " com " + body.TypeName(right),
             ConversionHint(left, right, "nao ha conversao automatica; escreva real(...) ou inteiro(...) num dos dois"));
-        return FailedType;
+        return ErrorType;
     }
     bool equality = comparison == Comparison::Equal || comparison == Comparison::NotEqual;
     if (equality && !body.Types().Comparable(left) && !IsVector(body.KindOf(left))) {
         body.Error(expr.span, body.TypeName(left) + " nao se compara com \"==\"",
                    "compare os campos que interessam, um a um");
-        return FailedType;
+        return ErrorType;
     }
     if (!equality && !body.Types().Ordered(left)) {
         body.Error(expr.span, body.TypeName(left) + " nao tem ordem",
                    "\"<\" e \">\" valem entre inteiro, real e texto");
-        return FailedType;
+        return ErrorType;
     }
     body.code.EmitCompare(comparison, expr.span);
     return BoolType;
@@ -90,7 +90,7 @@ TypeId ReportArithmetic(Body& body, const Expr& expr, TypeId left, TypeId right)
     } else {
         body.Error(expr.span, "esta conta nao vale para " + body.TypeName(left));
     }
-    return FailedType;
+    return ErrorType;
 }
 
 TypeId CompileArithmetic(Body& body, const Expr& expr, TypeId left, TypeId right) {
@@ -101,7 +101,7 @@ TypeId CompileArithmetic(Body& body, const Expr& expr, TypeId left, TypeId right
 }
 
 void CheckLogical(Body& body, const Expr& expr, ExprId side, TypeId type) {
-    if (type == FailedType || type == BoolType) return;
+    if (type == ErrorType || type == BoolType) return;
     const char* word = expr.op == Tok::E ? "\"e\"" : "\"ou\"";
     body.Error(body.SpanOf(side), std::string(word) + " so junta logicos, e este lado e " + body.TypeName(type));
 }
@@ -109,19 +109,19 @@ void CheckLogical(Body& body, const Expr& expr, ExprId side, TypeId type) {
 }  // namespace
 
 TypeId CompileUnary(Body& body, const Expr& expr, TypeId operand) {
-    if (operand == FailedType) return FailedType;
+    if (operand == ErrorType) return ErrorType;
     if (expr.op == Tok::Nao) {
         if (operand == BoolType) {
             body.code.Emit(Op::Not, expr.span);
             return BoolType;
         }
         body.Error(expr.span, "\"nao\" so vale para logico, e este e " + body.TypeName(operand));
-        return FailedType;
+        return ErrorType;
     }
     Kind kind = body.KindOf(operand);
     if (kind != Kind::Real && kind != Kind::Int && !IsVector(kind)) {
         body.Error(expr.span, "nao da para trocar o sinal de " + body.TypeName(operand));
-        return FailedType;
+        return ErrorType;
     }
     body.code.Emit(kind == Kind::Real ? Op::NegReal : kind == Kind::Int ? Op::NegInt : Op::NegVec, expr.span);
     return operand;
@@ -131,14 +131,14 @@ TypeId CompileUnary(Body& body, const Expr& expr, TypeId operand) {
 TypeId CompileBinary(Body& body, const Expr& expr, TypeId left, std::size_t first) {
     std::size_t middle = body.code.Size();
     TypeId right = CompileExpr(body, expr.right);
-    if (left == FailedType || right == FailedType) return FailedType;
+    if (left == ErrorType || right == ErrorType) return ErrorType;
     Kind leftKind = body.KindOf(left);
     if ((leftKind == Kind::Real || IsVector(leftKind)) && right == IntType) {
         right = PromoteLiteral(body, middle, body.code.Size(), right, RealType, expr.right);
     } else if (left == IntType && right == RealType) {
         left = PromoteLiteral(body, first, middle, left, RealType, expr.left);
     }
-    if (left == FailedType || right == FailedType) return FailedType;
+    if (left == ErrorType || right == ErrorType) return ErrorType;
     if (std::optional<Comparison> comparison = ComparisonOf(expr.op)) {
         return CompileComparison(body, expr, *comparison, left, right);
     }

@@ -37,7 +37,7 @@ TypeId PromoteLiteral(Body& body, std::size_t first, std::size_t last, TypeId ty
         if (!ConvertExactly(body.code.IntegerAt(instruction.c), real)) {
             body.Error(body.SpanOf(expr), "este numero nao cabe exatamente num real",
                        "escreva-o com ponto, para dizer qual real voce quer");
-            return FailedType;
+            return ErrorType;
         }
         instruction = {static_cast<std::uint8_t>(Op::PushReal), 0, 0, std::bit_cast<std::uint32_t>(real)};
     }

@@ -81,7 +81,7 @@ void CheckContainerWrite(Body& body, ExprId expr) {
 }
 
 void CheckAssign(Body& body, TypeId expected, TypeId actual, ExprId expr, const std::string& name) {
-    if (expected == FailedType || actual == FailedType || expected == actual) return;
+    if (expected == ErrorType || actual == ErrorType || expected == actual) return;
     body.Error(body.SpanOf(expr),
                Quoted(name) + " e " + body.TypeName(expected) + " e o valor e " + body.TypeName(actual),
                ConversionHint(expected, actual, "nao ha conversao automatica; escreva real(...) ou inteiro(...)"));

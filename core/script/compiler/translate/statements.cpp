@@ -61,7 +61,7 @@ void CompileReturn(Body& body, const Stmt& stmt) {
         body.code.Emit(Op::Return, stmt.span);
         return;
     }
-    if (type != FailedType && body.returnType != FailedType && type != body.returnType) {
+    if (type != ErrorType && body.returnType != ErrorType && type != body.returnType) {
         body.Error(body.SpanOf(stmt.value),
                    "esta funcao devolve " + body.TypeName(body.returnType) + ", e este valor e " + body.TypeName(type));
     }
@@ -73,10 +73,10 @@ void CompileCaseTests(Body& body, const Branch& branch, TypeId subject, SlotId s
     for (ExprId value : body.unit->Items(branch.values)) {
         body.code.EmitIndexed(Op::LoadLocal, slot, branch.span);
         TypeId type = CompileValue(body, value, subject);
-        if (type != FailedType && subject != FailedType && type != subject) {
+        if (type != ErrorType && subject != ErrorType && type != subject) {
             body.Error(body.SpanOf(value),
                        "o \"escolha\" compara " + body.TypeName(subject) + ", e este caso e " + body.TypeName(type));
-        } else if (subject != FailedType && !body.Types().Comparable(subject)) {
+        } else if (subject != ErrorType && !body.Types().Comparable(subject)) {
             body.Error(body.SpanOf(value), body.TypeName(subject) + " nao se compara com \"==\"");
         }
         body.code.EmitCompare(Comparison::Equal, branch.span);
@@ -137,7 +137,7 @@ void CompileBlock(Body& body, Block block) {
 
 void CompileCondition(Body& body, ExprId expr) {
     TypeId type = CompileExpr(body, expr);
-    if (type == FailedType || type == BoolType) return;
+    if (type == ErrorType || type == BoolType) return;
     body.Error(body.SpanOf(expr), "uma condicao e logica, e esta e " + body.TypeName(type),
                type == IntType ? "para comparar, escreva \"== 0\" ou \"> 0\"" : "");
 }
