@@ -1,5 +1,5 @@
 // The pieces that generated scripts are made of, each in this language and in Lua, statement for statement. Pure data:
-// whoever expands a piece owns the result and decides what its marks stand for.
+// the caller that expands a piece owns the result and decides what its marks stand for.
 //
 // Marks: $n the name of the piece's own block, $p $q $s names of other blocks; $T the block's name in a type, $C in a
 // constant, $P that of $p in a constant; $i an integer, $r a real and $t a text that no other place has; $d a digit.

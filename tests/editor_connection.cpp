@@ -11,14 +11,14 @@ namespace tavrel::tests {
 
 namespace {
 
-constexpr unsigned LongestSeconds = 1200;
+constexpr unsigned MaxSeconds = 1200;
 
 [[noreturn]] void BecomeServer(const std::filesystem::path& folder, const int* inputPipe, const int* outputPipe) {
     dup2(inputPipe[0], STDIN_FILENO);
     dup2(outputPipe[1], STDOUT_FILENO);
     for (const int stream : {inputPipe[0], inputPipe[1], outputPipe[0], outputPipe[1]}) close(stream);
     std::signal(SIGPIPE, SIG_DFL);
-    alarm(LongestSeconds);
+    alarm(MaxSeconds);
     if (chdir(folder.c_str()) == 0) execl(TAVREL_TOOL, TAVREL_TOOL, "--lsp", nullptr);
     _exit(127);
 }

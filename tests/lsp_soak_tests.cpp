@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 using core::Json;
 
-constexpr std::size_t LargestDocument = std::size_t{16} * 1024;
+constexpr std::size_t MaxDocument = std::size_t{16} * 1024;
 constexpr long AllowedGrowth = 4L << 20;
 
 int StepsWanted() {
@@ -102,7 +102,7 @@ private:
         if (Below(3) == 0) text.erase(place, Below(40));
         if (Below(3) != 0) text.insert(std::min(place, text.size()), Pieces[Below(Pieces.size())]);
         if (Below(20) == 0) text.insert(Below(text.size() + 1), text.substr(place / 2, Below(400)));
-        if (Below(30) == 0 || text.size() > LargestDocument) text = document.start;
+        if (Below(30) == 0 || text.size() > MaxDocument) text = document.start;
     }
 
     void Change(OpenDocument& document, const std::string& method) {

@@ -37,7 +37,7 @@ std::size_t RangeOfC(const Program& program, const Function& function, Op op) {
 }
 
 // The initial values come from all sources, a function from its own.
-std::size_t LongestText(const Program& program, const Function& function) {
+std::size_t MaxText(const Program& program, const Function& function) {
     const bool initial = program.initializer && &function == &program.At(program.initializer);
     if (!initial) return program.At(function.file).text.size();
     std::size_t longest = 0;
@@ -49,7 +49,7 @@ void CheckFunction(const Program& program, const Function& function) {
     Require(!function.code.empty() && function.spans.size() == function.code.size());
     Require(function.code.back().op == static_cast<std::uint8_t>(Op::Return));
     Require(function.params <= function.locals || function.locals == 0);
-    const std::size_t length = LongestText(program, function);
+    const std::size_t length = MaxText(program, function);
     for (const std::uint32_t span : function.spans) Require(span <= length);
     for (const Instruction& instruction : function.code) {
         const Op op = static_cast<Op>(instruction.op);

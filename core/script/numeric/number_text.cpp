@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <limits>
 
 #include "core/script/numeric/int_to_float.h"
 
@@ -191,6 +192,22 @@ bool ParseRealDigits(std::string_view text, float& out) {
     const auto nearest = static_cast<float>(fits ? magnitude : MaxFloat);
     out = negative ? -nearest : nearest;
     return fits;
+}
+
+bool ParseIntegerDigits(std::string_view text, std::int64_t& out) {
+    constexpr std::int64_t Max = std::numeric_limits<std::int64_t>::max();
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) text.remove_prefix(1);
+    if (text.empty()) return false;
+    std::int64_t magnitude = 0;
+    for (const char letter : text) {
+        if (letter < '0' || letter > '9') return false;
+        const int digit = letter - '0';
+        if (magnitude > (Max - digit) / 10) return false;
+        magnitude = magnitude * 10 + digit;
+    }
+    out = negative ? -magnitude : magnitude;
+    return true;
 }
 
 std::string IntegerToText(std::int64_t value) {

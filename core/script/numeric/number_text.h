@@ -15,6 +15,10 @@ namespace tavrel::core::script {
 // the magnitude passes the largest finite float, which `out` then holds with the sign.
 [[nodiscard]] bool ParseRealDigits(std::string_view text, float& out);
 
+// Reads one optional sign and decimal digits, and nothing else. False, with `out` as it was, for any other text and for
+// a magnitude above 2^63 - 1; so the least integer cannot be read.
+[[nodiscard]] bool ParseIntegerDigits(std::string_view text, std::int64_t& out);
+
 [[nodiscard]] std::string IntegerToText(std::int64_t value);
 
 // The shortest text, up to nine significant digits, that ParseRealDigits reads back to the same float. Infinities and

@@ -36,6 +36,18 @@ enum class ReservedFunction : std::int32_t {
 #include "core/script/program/kinds.def"
 };
 
+// How many components the values of a kind have: those of vectors and colours; 0 for every other kind.
+[[nodiscard]] constexpr int ComponentCount(Kind kind) {
+    if (kind == Kind::Vec2) return 2;
+    if (kind == Kind::Vec3) return 3;
+    return kind == Kind::Color ? 4 : 0;
+}
+
+// Every component of the default value of such a kind: a colour begins as opaque white.
+[[nodiscard]] constexpr float DefaultComponent(Kind kind) {
+    return kind == Kind::Color ? 255.0F : 0.0F;
+}
+
 // A set of hooks. Beside them it can hold the reserved function "atualizar_mapa", from which the world is reached as
 // from a hook. The empty set stands for code that no hook reaches.
 enum class HookMask : std::uint32_t {

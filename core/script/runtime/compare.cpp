@@ -1,5 +1,6 @@
 #include "core/script/runtime/compare.h"
 
+#include <algorithm>
 #include <string>
 
 namespace tavrel::core::script {
@@ -53,6 +54,15 @@ bool SameValue(const Heap& heap, const Value& a, const Value& b) {
         case Kind::Space: break;
     }
     return false;
+}
+
+std::uint64_t TextPrefix(const std::string& text) {
+    std::uint64_t prefix = 0;
+    const std::size_t length = std::min<std::size_t>(text.size(), 8);
+    for (std::size_t i = 0; i < length; ++i) {
+        prefix |= static_cast<std::uint64_t>(static_cast<unsigned char>(text[i])) << (56U - 8U * i);
+    }
+    return prefix;
 }
 
 std::int32_t CompareValues(const Heap& heap, const Value& a, const Value& b) {

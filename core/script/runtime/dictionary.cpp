@@ -105,14 +105,6 @@ bool StoreIndexed(Heap& heap, std::uint32_t dict, const Value& key, const Value&
     return true;
 }
 
-std::uint64_t FirstBytes(const std::string& text) {
-    std::uint64_t bytes = 0;
-    for (std::size_t i = 0; i < 8; ++i) {
-        bytes = bytes << 8U | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
-    }
-    return bytes;
-}
-
 // A number for each key: keys in ascending order have numbers that do not descend. Kinds whose order no such number
 // tells have 0, and CompareValues decides.
 std::uint64_t Rank(const Heap& heap, const Value& key) {
@@ -121,7 +113,7 @@ std::uint64_t Rank(const Heap& heap, const Value& key) {
     switch (key.kind) {
         case Kind::Int:
         case Kind::Enum: return word ^ Sign;
-        case Kind::Text: return FirstBytes(heap.At(key).text);
+        case Kind::Text: return TextPrefix(heap.At(key).text);
         case Kind::Bool:
         case Kind::Object:
         case Kind::Body:

@@ -1,5 +1,4 @@
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,27 +28,6 @@ bool AppendShown(Vm& vm, const Value& value, std::string& out) {
     return AppendValueText(vm.heap, value, room, out) || FailNative(vm, MemoryFault);
 }
 
-bool IsDigit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
-// One optional sign and digits, and nothing else. The least integer is out of reach, since its magnitude is.
-bool ParseInteger(std::string_view text, std::int64_t& out) {
-    constexpr std::int64_t Most = std::numeric_limits<std::int64_t>::max();
-    const bool negative = text.starts_with('-');
-    if (negative || text.starts_with('+')) text.remove_prefix(1);
-    if (text.empty()) return false;
-    std::int64_t magnitude = 0;
-    for (const char letter : text) {
-        if (!IsDigit(letter)) return false;
-        const int digit = letter - '0';
-        if (magnitude > (Most - digit) / 10) return false;
-        magnitude = magnitude * 10 + digit;
-    }
-    out = negative ? -magnitude : magnitude;
-    return true;
-}
-
 bool ParseReal(std::string_view text, float& out) {
     if (text.empty() || text.find_first_not_of("+-.0123456789eE") != std::string_view::npos) return false;
     return ParseRealDigits(text, out) && IsFinite(out);
@@ -77,7 +55,7 @@ bool NativeToText(Vm& vm, Value* args, std::size_t, Value& result) {
 
 bool NativeParseInt(Vm& vm, Value* args, std::size_t, Value& result) {
     std::int64_t integer = 0;
-    result = MakeInt(ParseInteger(vm.heap.At(args[0]).text, integer) ? integer : args[1].Int());
+    result = MakeInt(ParseIntegerDigits(vm.heap.At(args[0]).text, integer) ? integer : args[1].Int());
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "core/script/runtime/compare.h"
 #include "core/script/runtime/merge_sort.h"
 
 namespace tavrel::core::script {
@@ -81,23 +82,14 @@ void SortReals(std::span<Value> items) {
 }
 
 struct TextKey {
-    std::uint64_t prefix = 0;  // the first eight bytes, zeros behind the end: where prefixes differ, so do the texts
+    std::uint64_t prefix = 0;  // TextPrefix
     std::uint32_t object = 0;
 };
-
-std::uint64_t PrefixOf(const std::string& text) {
-    std::uint64_t prefix = 0;
-    const std::size_t length = std::min<std::size_t>(text.size(), 8);
-    for (std::size_t i = 0; i < length; ++i) {
-        prefix |= static_cast<std::uint64_t>(static_cast<unsigned char>(text[i])) << (56U - 8U * i);
-    }
-    return prefix;
-}
 
 void SortTexts(const Heap& heap, std::span<Value> items) {
     std::vector<TextKey> keys;
     keys.reserve(items.size());
-    for (const Value& item : items) keys.push_back({PrefixOf(heap.At(item).text), item.ObjectIndex()});
+    for (const Value& item : items) keys.push_back({TextPrefix(heap.At(item).text), item.ObjectIndex()});
     MergeSort(keys, [&heap](const TextKey& a, const TextKey& b) {
         if (a.prefix != b.prefix) return a.prefix < b.prefix;
         if (a.object == b.object) return false;

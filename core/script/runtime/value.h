@@ -81,11 +81,6 @@ struct Value {
     return kind == Kind::Text || (kind >= Kind::List && kind <= Kind::Record);
 }
 
-// How many floats a vector or colour has; 0 for other kinds.
-[[nodiscard]] constexpr int ComponentCount(Kind kind) {
-    return kind == Kind::Vec2 ? 2 : kind == Kind::Vec3 ? 3 : kind == Kind::Color ? 4 : 0;
-}
-
 // Whether two values of a kind are the same exactly when their words are, and order as these do.
 [[nodiscard]] constexpr bool ComparesByWord(Kind kind) {
     return kind == Kind::Int || kind == Kind::Enum || kind == Kind::Bool ||

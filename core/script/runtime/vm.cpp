@@ -105,8 +105,11 @@ Value Vm::DefaultAt(TypeId type, int depth) {
         case Kind::Real: return MakeReal(0.0F);
         case Kind::Bool: return MakeBool(false);
         case Kind::Vec2:
-        case Kind::Vec3: return MakeVector(info.kind, 0.0F, 0.0F);
-        case Kind::Color: return MakeVector(Kind::Color, 255.0F, 255.0F, 255.0F, 255.0F);
+        case Kind::Vec3:
+        case Kind::Color: {
+            const float fill = DefaultComponent(info.kind);
+            return MakeVector(info.kind, fill, fill, fill, fill);
+        }
         case Kind::Object:
         case Kind::Body:
         case Kind::Sound: return MakeHandle(info.kind, 0);

@@ -31,22 +31,6 @@ std::int32_t ComponentCount(const std::string& word) {
     return word == "cor" ? 4 : 0;
 }
 
-// An optional sign and decimal digits, within the signed 64-bit range; false for anything else.
-bool ReadInteger(const std::string& text, std::int64_t& value) {
-    std::size_t at = text.starts_with('+') || text.starts_with('-') ? 1 : 0;
-    if (at == text.size()) return false;
-    std::uint64_t magnitude = 0;
-    for (; at < text.size(); ++at) {
-        if (text[at] < '0' || text[at] > '9') return false;
-        auto digit = static_cast<std::uint64_t>(text[at] - '0');
-        if (magnitude > (static_cast<std::uint64_t>(INT64_MAX) - digit) / 10) return false;
-        magnitude = magnitude * 10 + digit;
-    }
-    value = static_cast<std::int64_t>(magnitude);
-    if (text.starts_with('-')) value = -value;
-    return true;
-}
-
 HostDefault ApiConstructor(Compiler& compiler, const std::string& text, const std::string& context) {
     std::size_t open = text.find('(');
     std::int32_t count = ComponentCount(text.substr(0, open));
@@ -70,7 +54,7 @@ HostDefault ApiConstructor(Compiler& compiler, const std::string& text, const st
 HostDefault ApiNumber(Compiler& compiler, const std::string& text, TypeId type, const std::string& context) {
     HostDefault value;
     bool real = type == RealType || text.find_first_of(".e") != std::string::npos;
-    bool good = real ? ParseRealDigits(text, value.components[0]) : ReadInteger(text, value.integer);
+    bool good = real ? ParseRealDigits(text, value.components[0]) : ParseIntegerDigits(text, value.integer);
     if (!good) {
         ApiError(compiler, context, "o valor padrao " + Quoted(text) + " nao e um numero");
         return {};

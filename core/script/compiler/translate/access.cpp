@@ -9,7 +9,7 @@ namespace tavrel::core::script {
 
 namespace {
 
-TypeId CompileSpaceField(Body& body, const Expr& expr, TypeId left) {
+TypeId CompileNamespaceField(Body& body, const Expr& expr, TypeId left) {
     std::string space = body.Types().At(left).name;
     std::string dotted = space + "." + FoldName(expr.text);
     const WorldNames& world = body.declarations.world;
@@ -96,7 +96,7 @@ TypeId CompileIndex(Body& body, const Expr& expr, TypeId left) {
 TypeId CompileField(Body& body, const Expr& expr, TypeId left) {
     switch (body.KindOf(left)) {
         case Kind::Unknown: return ErrorType;
-        case Kind::Space: return CompileSpaceField(body, expr, left);
+        case Kind::Space: return CompileNamespaceField(body, expr, left);
         case Kind::Object:
         case Kind::Body:
         case Kind::Sound: return CompileHandleField(body, expr, left);

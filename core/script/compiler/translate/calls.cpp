@@ -76,7 +76,7 @@ Arguments CompileArguments(Body& body, const Expr& call) {
     for (ExprId item : body.unit->Items(call.items)) {
         arguments.offsets.push_back(body.code.Size());
         TypeId type = CompileExpr(body, item);
-        arguments.types.push_back(RejectSpace(body, item, type) ? ErrorType : type);
+        arguments.types.push_back(RejectNamespace(body, item, type) ? ErrorType : type);
     }
     arguments.offsets.push_back(body.code.Size());
     return arguments;

@@ -14,9 +14,10 @@ constexpr std::int32_t MaxEnumOperand = 0xFFFF;
 // How many operations the declared defaults of records may take in one program.
 constexpr std::size_t MaxDefaultCode = std::size_t{1} << 22;
 
-void EmitRepeatedReal(Body& body, float value, std::size_t count, Span span) {
-    for (std::size_t i = 0; i < count; ++i) body.code.EmitReal(value, span);
-    body.code.EmitCount(Op::MakeVector, count, span);
+void EmitDefaultVector(Body& body, Kind kind, Span span) {
+    const int count = ComponentCount(kind);
+    for (int i = 0; i < count; ++i) body.code.EmitReal(DefaultComponent(kind), span);
+    body.code.EmitCount(Op::MakeVector, static_cast<std::size_t>(count), span);
 }
 
 // The world's table gives its records defaults of their own.
@@ -76,9 +77,9 @@ void EmitDefault(Body& body, TypeId type, Span span) {
         case Kind::Real: return body.code.EmitReal(0, span);
         case Kind::Bool: return body.code.EmitBool(false, span);
         case Kind::Text: return body.code.EmitText("", span);
-        case Kind::Vec2: return EmitRepeatedReal(body, 0, 2, span);
-        case Kind::Vec3: return EmitRepeatedReal(body, 0, 3, span);
-        case Kind::Color: return EmitRepeatedReal(body, 255, 4, span);
+        case Kind::Vec2:
+        case Kind::Vec3:
+        case Kind::Color: return EmitDefaultVector(body, info.kind, span);
         case Kind::Object: return EmitHandle(body, 0, span);
         case Kind::Body: return EmitHandle(body, 1, span);
         case Kind::Sound: return EmitHandle(body, 2, span);

@@ -104,7 +104,7 @@ TypeId CompileExpr(Body& body, ExprId expr) {
 TypeId CompileValue(Body& body, ExprId expr, TypeId wanted) {
     std::size_t first = body.code.Size();
     TypeId type = CompileExpr(body, expr);
-    if (type == ErrorType || RejectSpace(body, expr, type)) return ErrorType;
+    if (type == ErrorType || RejectNamespace(body, expr, type)) return ErrorType;
     return PromoteLiteral(body, first, body.code.Size(), type, wanted, expr);
 }
 
@@ -117,7 +117,7 @@ TypeId ProbeType(Body& body, ExprId expr) {
     return type;
 }
 
-bool RejectSpace(Body& body, ExprId expr, TypeId type) {
+bool RejectNamespace(Body& body, ExprId expr, TypeId type) {
     const TypeInfo& info = body.Types().At(type);
     if (info.kind != Kind::Space) return false;
     body.Error(body.SpanOf(expr), Quoted(info.name) + " e um agrupamento da API do mundo, e nao um valor",
@@ -133,7 +133,7 @@ bool RejectProcedure(Body& body, ExprId expr, TypeId type) {
 }
 
 bool RejectNonValue(Body& body, ExprId expr, TypeId type) {
-    return RejectSpace(body, expr, type) || RejectProcedure(body, expr, type);
+    return RejectNamespace(body, expr, type) || RejectProcedure(body, expr, type);
 }
 
 }  // namespace tavrel::core::script

@@ -18,7 +18,7 @@ TypeId CompileValue(Body& body, ExprId expr, TypeId wanted);
 [[nodiscard]] TypeId ProbeType(Body& body, ExprId expr);
 
 // True, and reported, when the expression of that type is a namespace of the world, and so no value.
-bool RejectSpace(Body& body, ExprId expr, TypeId type);
+bool RejectNamespace(Body& body, ExprId expr, TypeId type);
 
 // True, and reported, when it is the call of a procedure, and so no value either.
 bool RejectProcedure(Body& body, ExprId expr, TypeId type);

@@ -156,7 +156,7 @@ TypeId CompileLogical(Body& body, const Expr& expr, TypeId left) {
 }
 
 bool IsVector(Kind kind) {
-    return kind == Kind::Vec2 || kind == Kind::Vec3 || kind == Kind::Color;
+    return ComponentCount(kind) > 0;
 }
 
 }  // namespace tavrel::core::script
