@@ -3,7 +3,6 @@
 // before it is used.
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 
@@ -24,7 +23,8 @@ struct Index {
     // As a place in a vector; only for an index that points at something.
     [[nodiscard]] constexpr std::size_t Number() const { return static_cast<std::size_t>(value); }
 
-    constexpr auto operator<=>(const Index& other) const = default;
+    constexpr bool operator==(const Index& other) const = default;
+    constexpr bool operator<(const Index& other) const { return value < other.value; }
 };
 
 }  // namespace tavrel::core

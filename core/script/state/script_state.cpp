@@ -61,7 +61,7 @@ private:
     std::unique_ptr<WalkWeights> weights;  // once `left` was spent
     std::uint64_t admitted = 0;            // values of the roots that were asked about
     bool refused = false;
-    Value root;  // where the walk at hand began; the caller holds the reference
+    Value root{};  // where the walk at hand began; the caller holds the reference
     std::size_t rootNameBytes = 0;
     std::string path;
 };

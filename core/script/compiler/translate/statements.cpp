@@ -104,6 +104,12 @@ void CompileSwitch(Body& body, const Stmt& stmt) {
     body.locals.CloseScope();
 }
 
+// A call that failed or gives nothing has left nothing on the stack.
+void CompileCallStatement(Body& body, const Stmt& stmt) {
+    TypeId type = CompileExpr(body, stmt.value);
+    if (type != ErrorType && type != NothingType) body.code.Emit(Op::Pop, stmt.span);
+}
+
 void CompileStatement(Body& body, const Stmt& stmt) {
     switch (stmt.kind) {
         case StmtKind::Declare: return CompileDeclare(body, stmt);
@@ -120,10 +126,7 @@ void CompileStatement(Body& body, const Stmt& stmt) {
             if (!body.loops.empty()) body.loops.back().continues.push_back(body.code.EmitJump(Op::Jump, stmt.span));
             return;
         case StmtKind::Return: return CompileReturn(body, stmt);
-        case StmtKind::Expression:
-            // A call that failed or gives nothing has left nothing to drop.
-            if (CompileExpr(body, stmt.value) > NothingType) body.code.Emit(Op::Pop, stmt.span);
-            return;
+        case StmtKind::Expression: return CompileCallStatement(body, stmt);
     }
 }
 
