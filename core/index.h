@@ -8,7 +8,7 @@
 
 namespace tavrel::core {
 
-// `Tag` only tells the types apart and is never defined.
+// `Tag`, as a rule the type of what is pointed at, only tells the types apart and may be incomplete.
 template <class Tag>
 struct Index {
     std::int32_t value = -1;

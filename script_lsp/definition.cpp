@@ -3,7 +3,6 @@
 #include <string>
 #include <unordered_set>
 #include <utility>
-#include <vector>
 
 #include "script_lsp/server.h"
 #include "script_lsp/symbols.h"

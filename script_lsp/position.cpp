@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <string>
-#include <utility>
 
 namespace tavrel::script_lsp {
 

@@ -3,7 +3,6 @@
 // over the disk. It reads files only through the loader it was given, and throws nothing of its own.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -37,7 +36,7 @@ public:
     // Compiles the document with its imports and gives the notification with its own faults.
     [[nodiscard]] std::string Diagnose(const std::string& uri) const;
 
-    // One edit of the whole document, or none where its layout stands or it has faults of spelling.
+    // One edit of the whole document, or none where it has its layout already or can have none (see TryFormat).
     [[nodiscard]] core::Json Formatting(const std::string& uri) const;
 
     // What may be written at a place: the members of the dotted name before it, or every name there is.

@@ -2,6 +2,7 @@
 // holds is not looked at here. Nothing is ever said about a broken header: it ends the connection.
 #pragma once
 
+#include <cstddef>
 #include <istream>
 #include <string>
 

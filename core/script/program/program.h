@@ -80,7 +80,7 @@ struct RecordInfo {
     std::string name;
     std::vector<std::string> fieldNames;
     std::vector<TypeId> fieldTypes;
-    BehaviourId behaviour;  // none but for the instance record of one
+    BehaviourId behaviour;  // none, also in instance records: those are found by BehaviourInfo::record
 };
 
 // A member's number is its index here.

@@ -3,7 +3,6 @@
 // counts and texts carry their sizes, so that no two programs give the same bytes.
 #include "core/script/program/program_digest.h"
 
-#include <cstring>
 #include <string_view>
 #include <vector>
 

@@ -63,8 +63,7 @@ bool AppendDigit(std::int64_t& value, int digit, int radix) {
 
 constexpr const char* IntegerTooLarge = "este numero nao cabe num inteiro de 64 bits";
 
-// One run over one source. The text ends in a zero byte that stands for no class of token, so that a look at the byte
-// behind the current one needs no test.
+// One run over one source.
 class Lexer {
 public:
     Lexer(const SourceFile& file, Diagnostics& reports, bool wantComments)
