@@ -111,7 +111,7 @@ void AddWorld(const Api& api, ItemList& list) {
 
 void AddAllNames(const Unit& unit, const Api* api, ItemList& list) {
     for (const char* keyword : Keywords) list.Add(keyword, KeywordItem, "");
-    for (const Symbol& symbol : Symbols(unit)) list.Add(symbol.name, static_cast<ItemKind>(symbol.kind), symbol.detail);
+    for (const Symbol& symbol : Symbols(unit)) list.Add(symbol.name, symbol.kind, symbol.detail);
     for (std::uint16_t i = 0; i < static_cast<std::uint16_t>(Native::Count); ++i) {
         list.Add(NativeName(static_cast<Native>(i)), FunctionItem, "");
     }

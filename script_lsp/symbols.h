@@ -28,7 +28,7 @@ enum ItemKind : std::int32_t {
 struct Symbol {
     std::string name;
     std::string detail;  // the one line shown for it
-    std::int32_t kind = VariableItem;
+    ItemKind kind = VariableItem;
     core::script::Span span;  // the place to jump to
 };
 

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -97,7 +96,7 @@ bool IsSign(const Place& place) {
     return (place.current == Tok::Plus || place.current == Tok::Minus) && !EndsOperand(place.before);
 }
 
-bool HugsWhatIsBefore(Tok kind) {
+bool TakesNoBlankBefore(Tok kind) {
     switch (kind) {
         case Tok::RightParen:
         case Tok::RightBracket:
@@ -108,7 +107,7 @@ bool HugsWhatIsBefore(Tok kind) {
     }
 }
 
-bool HugsWhatFollows(Tok kind) {
+bool TakesNoBlankBehind(Tok kind) {
     return kind == Tok::LeftParen || kind == Tok::LeftBracket || kind == Tok::Dot;
 }
 
@@ -120,7 +119,7 @@ bool WantsBlank(const Place& place, bool opensHook) {
     if (place.next == Tok::Comment) return true;
     const bool opensBracket = place.next == Tok::LeftParen || place.next == Tok::LeftBracket;
     if (opensHook && place.next == Tok::LeftParen) return true;
-    if (HugsWhatFollows(place.current) || HugsWhatIsBefore(place.next)) return false;
+    if (TakesNoBlankBehind(place.current) || TakesNoBlankBefore(place.next)) return false;
     if (IsSign(place)) return false;
     return !(opensBracket && IsCalledOrIndexed(place.current));
 }
