@@ -51,7 +51,7 @@ struct KeywordFactors {
 }
 
 [[nodiscard]] constexpr KeywordFactors FindKeywordFactors() {
-    constexpr std::uint32_t MaxFactor = 63;
+    constexpr std::uint32_t MaxFactor = 47;  // a search in vain ends within the steps that Clang allows it
     for (std::uint32_t first = 1; first <= MaxFactor; ++first) {
         for (std::uint32_t last = 1; last <= MaxFactor; ++last) {
             if (SeparatesKeywords({first, last})) return {first, last};
