@@ -10,27 +10,13 @@ namespace tavrel::core::script {
 
 namespace {
 
-// What OnHeap asks of a kind, kind by kind. The interpreter puts that question at nearly every step, so it is two
-// comparisons there; a new kind has to be named here, and then the check below fails until OnHeap knows it too.
-constexpr bool HasObject(Kind kind) {
+// What the table of kinds says. The interpreter asks OnHeap at nearly every step, so that is two comparisons; the check
+// below holds it to the table.
+constexpr bool IsReference(Kind kind) {
+#define TAVREL_KIND(name, number, word, comparable, ordered, reference) \
+    case Kind::name: return reference;
     switch (kind) {
-        case Kind::Text:
-        case Kind::List:
-        case Kind::Dict:
-        case Kind::Record: return true;
-        case Kind::Unknown:
-        case Kind::Nothing:
-        case Kind::Int:
-        case Kind::Real:
-        case Kind::Bool:
-        case Kind::Vec2:
-        case Kind::Vec3:
-        case Kind::Color:
-        case Kind::Object:
-        case Kind::Body:
-        case Kind::Sound:
-        case Kind::Enum:
-        case Kind::Space: break;
+#include "core/script/program/kinds.def"
     }
     return false;
 }
@@ -38,7 +24,7 @@ constexpr bool HasObject(Kind kind) {
 constexpr bool OnHeapIsRight() {
     for (unsigned number = 0; number <= std::numeric_limits<std::uint8_t>::max(); ++number) {
         const auto kind = static_cast<Kind>(number);
-        if (OnHeap(kind) != HasObject(kind)) return false;
+        if (OnHeap(kind) != IsReference(kind)) return false;
     }
     return true;
 }

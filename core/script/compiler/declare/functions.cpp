@@ -2,7 +2,6 @@
 // of it are not reported again. Of two functions of one name in one place, calls reach the first.
 #include "core/script/compiler/declare/functions.h"
 
-#include <unordered_map>
 #include <utility>
 
 #include "core/script/compiler/declare/types.h"
@@ -23,14 +22,9 @@ private:
     void Add(const Unit& unit, FileId file, const FunctionDecl& declaration, BehaviourId owner);
     void CheckName(const Unit& unit, const FunctionDecl& declaration, BehaviourId owner);
 
-    // The functions of one name: in the module, and by behaviour.
-    std::int32_t& CountOf(NameId name, BehaviourId owner) {
-        return sameNames[static_cast<std::uint64_t>(owner.value + 1) << 32 | static_cast<std::uint32_t>(name.value)];
-    }
-
     Compiler& compiler;
     Declarations& declarations;
-    std::unordered_map<std::uint64_t, std::int32_t> sameNames;
+    OwnedNameMap<BehaviourId, std::int32_t> sameNames;  // how many functions have a name so far
 };
 
 void FunctionCollector::Add(const Unit& unit, FileId file, const FunctionDecl& declaration, BehaviourId owner) {
@@ -62,7 +56,7 @@ void FunctionCollector::Add(const Unit& unit, FileId file, const FunctionDecl& d
 
 void FunctionCollector::CheckName(const Unit& unit, const FunctionDecl& declaration, BehaviourId owner) {
     NameId name = compiler.names.Intern(declaration.name);
-    std::int32_t& sameName = CountOf(name, owner);
+    std::int32_t& sameName = sameNames.Obtain(owner, name);
     // One report for each earlier function of the name, as long as reports are kept at all.
     for (std::int32_t i = 0; i < sameName && !compiler.diagnostics.Full(); ++i) {
         compiler.Error(unit, declaration.span, "ja existe uma funcao chamada " + Quoted(declaration.name));

@@ -65,18 +65,21 @@ private:
     std::vector<Id> values;
 };
 
-// The same for names that mean something else under each owner, as the fields of records do.
-template <class Owner, class Id>
+// The same for names that mean something else under each owner, as the fields of records do. No owner is one, too.
+template <class Owner, class Value>
 class OwnedNameMap {
 public:
-    // None for a name that the owner does not have.
-    [[nodiscard]] Id Find(Owner owner, NameId name) const {
+    // The empty value for a name that the owner does not have.
+    [[nodiscard]] Value Find(Owner owner, NameId name) const {
         auto found = values.find(Key(owner, name));
-        return found == values.end() ? Id() : found->second;
+        return found == values.end() ? Value() : found->second;
     }
 
     // False when the owner has something of that name already, which keeps it.
-    bool Add(Owner owner, NameId name, Id value) { return values.try_emplace(Key(owner, name), value).second; }
+    bool Add(Owner owner, NameId name, Value value) { return values.try_emplace(Key(owner, name), value).second; }
+
+    // What the owner has under that name, made where there was nothing.
+    [[nodiscard]] Value& Obtain(Owner owner, NameId name) { return values[Key(owner, name)]; }
 
 private:
     static std::uint64_t Key(Owner owner, NameId name) {
@@ -84,7 +87,7 @@ private:
                static_cast<std::uint32_t>(name.value);
     }
 
-    std::unordered_map<std::uint64_t, Id> values;
+    std::unordered_map<std::uint64_t, Value> values;
 };
 
 }  // namespace tavrel::core::script

@@ -52,8 +52,8 @@ struct Body {
     Locals locals;
     std::vector<LoopPatch> loops;
 
-    std::vector<ExprId> leftChain;   // operators that wait for their left operand, of all open CompileExpr
-    std::size_t recordDefaults = 0;  // operations that declared defaults of records took so far, in all functions
+    std::vector<ExprId> leftChain;      // operators that wait for their left operand, of all open CompileExpr
+    std::size_t recordDefaultCode = 0;  // operations that declared defaults of records took so far, in all functions
 
     // Reports a fault at a place of the current file.
     void Error(Span span, std::string message, std::string hint = {});

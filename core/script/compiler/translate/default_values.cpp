@@ -32,7 +32,7 @@ void EmitApiFieldDefaults(Body& body, RecordId record, Span span) {
 }
 
 void EmitFieldDefaults(Body& body, const RecordSource& source, RecordId record, Span span) {
-    if (body.recordDefaults > MaxDefaultCode) return;
+    if (body.recordDefaultCode > MaxDefaultCode) return;
     const Unit* current = body.unit;
     std::size_t first = body.code.Size();
     body.unit = source.unit;
@@ -50,8 +50,8 @@ void EmitFieldDefaults(Body& body, const RecordSource& source, RecordId record, 
         body.code.EmitIndexed(Op::FieldSet, FieldId(i), span);
     }
     body.unit = current;
-    body.recordDefaults += body.code.Size() - first;
-    if (body.recordDefaults > MaxDefaultCode) {
+    body.recordDefaultCode += body.code.Size() - first;
+    if (body.recordDefaultCode > MaxDefaultCode) {
         body.Error(span, "os valores iniciais dos campos de registros geram codigo demais neste programa",
                    "de esses valores numa funcao, em vez de na declaracao dos campos");
     }
